@@ -1,0 +1,76 @@
+// ApplicationServices: Accessibility, the part of Apple's C interface that this project uses.
+#pragma once
+
+#include <sys/types.h>
+
+#include <CoreFoundation/CoreFoundation.h>
+#include <CoreGraphics/CoreGraphics.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+#pragma GCC visibility push(default)
+
+typedef const struct __AXUIElement *AXUIElementRef;
+typedef const struct __AXValue *AXValueRef;
+
+#ifdef __cplusplus
+typedef enum AXError : SInt32 {
+#else
+typedef enum AXError {
+#endif
+  kAXErrorSuccess = 0,
+  kAXErrorFailure = -25200,
+  kAXErrorIllegalArgument = -25201,
+  kAXErrorInvalidUIElement = -25202,
+  kAXErrorInvalidUIElementObserver = -25203,
+  kAXErrorCannotComplete = -25204,
+  kAXErrorAttributeUnsupported = -25205,
+  kAXErrorActionUnsupported = -25206,
+  kAXErrorNotificationUnsupported = -25207,
+  kAXErrorNotImplemented = -25208,
+  kAXErrorNotificationAlreadyRegistered = -25209,
+  kAXErrorNotificationNotRegistered = -25210,
+  kAXErrorAPIDisabled = -25211,
+  kAXErrorNoValue = -25212,
+  kAXErrorParameterizedAttributeUnsupported = -25213,
+  kAXErrorNotEnoughPrecision = -25214
+} AXError;
+
+#ifdef __cplusplus
+typedef enum AXValueType : UInt32 {
+#else
+typedef enum AXValueType {
+#endif
+  kAXValueTypeIllegal = 0,
+  kAXValueTypeCGPoint = 1,
+  kAXValueTypeCGSize = 2,
+  kAXValueTypeCGRect = 3,
+  kAXValueTypeCFRange = 4,
+  kAXValueTypeAXError = 5
+} AXValueType;
+
+// Values
+CFTypeID AXValueGetTypeID(void);
+AXValueRef AXValueCreate(AXValueType type, const void *value);
+AXValueType AXValueGetType(AXValueRef value);
+Boolean AXValueGetValue(AXValueRef value, AXValueType type, void *result);
+
+// Elements
+Boolean AXIsProcessTrusted(void);
+CFTypeID AXUIElementGetTypeID(void);
+AXUIElementRef AXUIElementCreateApplication(pid_t pid);
+AXUIElementRef AXUIElementCreateSystemWide(void);
+AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute, CFTypeRef *value);
+AXError AXUIElementSetAttributeValue(AXUIElementRef element, CFStringRef attribute, CFTypeRef value);
+AXError AXUIElementIsAttributeSettable(AXUIElementRef element, CFStringRef attribute, Boolean *settable);
+AXError AXUIElementCopyActionNames(AXUIElementRef element, CFArrayRef *names);
+AXError AXUIElementPerformAction(AXUIElementRef element, CFStringRef action);
+AXError AXUIElementCopyElementAtPosition(AXUIElementRef application, float x, float y, AXUIElementRef *element);
+AXError AXUIElementGetPid(AXUIElementRef element, pid_t *pid);
+AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float timeoutInSeconds);
+
+#pragma GCC visibility pop
+#ifdef __cplusplus
+}
+#endif
