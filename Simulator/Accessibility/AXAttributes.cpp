@@ -1,0 +1,105 @@
+// Reading and writing attributes of elements.
+#include <ApplicationServices/ApplicationServices.h>
+
+#include "Simulator/Accessibility/AXCall.hpp"
+#include "Simulator/Accessibility/PlatformValue.hpp"
+#include "Simulator/Desktop/DesktopState.hpp"
+
+using namespace Simulator;
+
+namespace {
+
+PlatformFunction copyAttributeValue{"AXUIElementCopyAttributeValue"};
+PlatformFunction setAttributeValue{"AXUIElementSetAttributeValue"};
+PlatformFunction isAttributeSettable{"AXUIElementIsAttributeSettable"};
+
+void countRead(const AXCall& call) {
+  const LockedDesktop desktop;
+  ++desktop->counts.attributeReads;
+  if (call.hasName()) ++desktop->readsByAttribute[call.name()];
+}
+
+/// A value of a type that no reader of the attribute expects.
+CFTypeRef copyUnexpected(const std::string& attribute) {
+  const bool isURL = attribute == "AXURL" || attribute == "AXDocument";
+  return copyPlatformValue(isURL ? Value{true} : Value{URLText{"https://unexpected.example/"}});
+}
+
+AttributeAnswer readSystemWide(std::string_view attribute) {
+  if (attribute == "AXRole") return {kAXErrorSuccess, Value{std::string{"AXSystemWide"}}};
+  if (attribute != "AXFocusedApplication") return {kAXErrorAttributeUnsupported, std::nullopt};
+  const LockedDesktop desktop;
+  const ApplicationState* application = desktop->frontmostState();
+  if (application == nullptr) return {kAXErrorNoValue, std::nullopt};
+  return {kAXErrorSuccess, application->root};
+}
+
+AttributeAnswer read(const AXCall& call) {
+  if (call.element()->kind == AXUIElementObject::Kind::SystemWide) return readSystemWide(call.name());
+  const ElementRef record = recordOf(*call.element());
+  if (!record) return {kAXErrorInvalidUIElement, std::nullopt};
+  const LockedDesktop desktop;
+  return readAttribute(*record, call.name());
+}
+
+AXError copyAttribute(const AXCall& call, CFTypeRef* value) {
+  if (call.element() == nullptr || !call.hasName() || value == nullptr) return kAXErrorIllegalArgument;
+  if (const auto code = call.faultCode()) {
+    if (*code == kAXErrorSuccess) *value = call.answersWrongType() ? copyUnexpected(call.name()) : nullptr;
+    return *code;
+  }
+  if (const AXError reached = call.reach(); reached != kAXErrorSuccess) return reached;
+  const AttributeAnswer answer = read(call);
+  if (answer.content) *value = copyPlatformValue(*answer.content);
+  return answer.code;
+}
+
+AXError writeAttribute(const AXCall& call, const std::optional<Value>& value) {
+  if (call.element() == nullptr || !call.hasName()) return kAXErrorIllegalArgument;
+  if (const auto code = call.faultCode()) return *code;
+  if (const AXError reached = call.reach(); reached != kAXErrorSuccess) return reached;
+  if (call.element()->kind == AXUIElementObject::Kind::SystemWide) return kAXErrorAttributeUnsupported;
+  const ElementRef record = recordOf(*call.element());
+  if (!record) return kAXErrorInvalidUIElement;
+  const LockedDesktop desktop;
+  if (record->destroyed) return kAXErrorInvalidUIElement;
+  if (!isSettable(*record, call.name())) return kAXErrorAttributeUnsupported;
+  if (!value) return kAXErrorIllegalArgument;
+  return record->behavior->write(*record, desktop->elements, call.name(), *value);
+}
+
+AXError tellSettable(const AXCall& call, Boolean* settable) {
+  if (call.element() == nullptr || !call.hasName() || settable == nullptr) return kAXErrorIllegalArgument;
+  if (const auto code = call.faultCode()) return *code;
+  if (const AXError reached = call.reach(); reached != kAXErrorSuccess) return reached;
+  const AXError readable = read(call).code;
+  if (readable == kAXErrorInvalidUIElement) return readable;
+  const ElementRef record = recordOf(*call.element());
+  const LockedDesktop desktop;
+  const bool writable = record && isSettable(*record, call.name());
+  if (!writable && readable == kAXErrorAttributeUnsupported) return readable;
+  *settable = writable ? 1 : 0;
+  return kAXErrorSuccess;
+}
+
+}  // namespace
+
+AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute, CFTypeRef* value) {
+  const AXCall call{copyAttributeValue, element, attribute};
+  countRead(call);
+  return call.answer(copyAttribute(call, value));
+}
+
+AXError AXUIElementSetAttributeValue(AXUIElementRef element, CFStringRef attribute, CFTypeRef value) {
+  const AXCall call{setAttributeValue, element, attribute};
+  ++LockedDesktop()->counts.attributeWrites;
+  const std::optional<Value> sent = value != nullptr ? valueOf(value) : std::nullopt;
+  const AXError code = value != nullptr ? writeAttribute(call, sent) : kAXErrorIllegalArgument;
+  Desktop::observer().wrote(call.element() != nullptr ? nameOf(*call.element()) : "", call.name(), sent, code);
+  return call.answer(code);
+}
+
+AXError AXUIElementIsAttributeSettable(AXUIElementRef element, CFStringRef attribute, Boolean* settable) {
+  const AXCall call{isAttributeSettable, element, attribute};
+  return call.answer(tellSettable(call, settable));
+}

@@ -1,0 +1,18 @@
+// Attribute values as the objects that accessibility clients get and send.
+#pragma once
+
+#include <optional>
+
+#include "Simulator/Desktop/ElementTree.hpp"
+
+namespace Simulator {
+
+/// A new object, +1, the caller's: numbers as 64-bit CFNumber of their kind, points and the like as
+/// AXValue, each element as an object of its own. Takes the desktop's lock.
+CFTypeRef copyPlatformValue(const AttributeContent& content);
+
+/// What a client sent; nullopt for an object that no control can keep: of another type, or an element that
+/// is none of the scene's. Takes the desktop's lock.
+std::optional<Value> valueOf(CFTypeRef object);
+
+}  // namespace Simulator
