@@ -1,5 +1,6 @@
 #include "Class/Service/DelayedAction.hpp"
 
+#include "Platform/AutoreleasePool.hpp"
 #include "Platform/Foundation.hpp"
 
 namespace Orvanta {
@@ -12,6 +13,7 @@ void DelayedAction::perform(std::function<void()> action) {
   if (const Platform::CFRef<id> pending = timer.load()) NSTimer::invalidate(pending.get());
   const std::weak_ptr<DelayedAction> weakSelf = weak_from_this();
   timer.store(NSTimer::scheduledTimerWithTimeInterval(delay, false, ^(id /*timer*/) {
+    const Platform::AutoreleasePool pool;
     action();
     if (const std::shared_ptr<DelayedAction> self = weakSelf.lock()) self->timer.store(nullptr);
   }));

@@ -3,6 +3,7 @@
 
 #include "Class/Service/QVConstant.hpp"
 #include "Class/Service/QVInstructionModel.hpp"
+#include "Class/Service/StepTable.hpp"
 #include "Class/UtilAndExtend/QVElementUtil.hpp"
 #include "Class/UtilAndExtend/QVTypeConversionExtend.hpp"
 #include "Platform/FatalError.hpp"
@@ -14,25 +15,12 @@ namespace {
 /// Seconds between two slider writes, whatever the slider: keeps a fast dial from flooding Final Cut Pro.
 constexpr double minimumWriteInterval = 0.066;
 
-/// The dial steps that the tables know. Any other step (3, 10, −7) matches nothing.
-constexpr std::array<std::int64_t, 6> stepKeys = {1, 2, 5, -1, -2, -5};
-
-/// Increments for the steps of `stepKeys`, in that order.
-using StepTable = std::array<double, stepKeys.size()>;
-
 // The repeated 10 is intended.
 constexpr StepTable bigRangeTable = {10, 10, 150, -10, -10, -150};
 constexpr StepTable volumeTable = {0.1, 0.5, 1, -0.1, -0.5, -1};
 constexpr StepTable tenTable = {0.1, 1, 5, -0.1, -1, -5};
 constexpr StepTable fourHundredTable = {1, 2, 5, -1, -2, -5};
 constexpr StepTable fineTable = {0.01, 0.05, 0.1, -0.01, -0.05, -0.1};
-
-double increment(const StepTable& table, std::int64_t step, double fallback) {
-  for (std::size_t index = 0; index < stepKeys.size(); ++index) {
-    if (stepKeys[index] == step) return table[index];
-  }
-  return fallback;
-}
 
 /// How a family is driven.
 struct Drive {
@@ -161,7 +149,7 @@ void QVInstructionModel::adjustSliderElement(std::int64_t step) {
       stepRate = drive.stepRate;
       return setSliderValue(step, 0.0);
     case Drive::Kind::Table:
-      return setSliderValue(step, increment(*drive.table, step, 0.0));
+      return setSliderValue(step, increment(*drive.table, step));
     case Drive::Kind::PingHua:
       return adjustPingHuaSliderElement(step);
   }

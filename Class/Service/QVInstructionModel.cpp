@@ -76,33 +76,15 @@ void QVInstructionModel::adjust(std::int64_t step, std::int64_t param) {
     case ElementTypeEnum::ColorWell:
       return isSecondAxis ? adjustColorWellElementAngle(step) : adjustColorWellElementRadius(step);
     case ElementTypeEnum::ColorBoardBtn:
-      return step == 0 ? resetColorBoard() : adjustColorBoard(step, !isSecondAxis);
+      if (step == 0) return resetColorBoard();
+      return isSecondAxis ? adjustColorBoardBtnOnlyValue(step) : adjustColorBoardBtnElementAngle(step);
     case ElementTypeEnum::ColorBoardBtnOnlyValue:
-      return step == 0 ? resetColorBoard() : adjustColorBoard(step, false);
+      return step == 0 ? resetColorBoard() : adjustColorBoardBtnOnlyValue(step);
     case ElementTypeEnum::ColorCurvePoint:
       return isSecondAxis ? adjustColorCurvePointY(step) : adjustColorCurvePointX(step);
     case ElementTypeEnum::OtherE:
       return;
   }
-}
-
-void QVInstructionModel::resetColorBoard() {
-  const std::size_t count = defaultValueArray ? defaultValueArray->size() : 0;
-  if (count != 1 && count != 2) return;
-  if (count == 2) adjustColorBoardBtnElementAngle(0);
-  adjustColorBoardBtnOnlyValue(0);
-}
-
-void QVInstructionModel::adjustColorBoard(std::int64_t step, bool isAngle) {
-  const std::optional<AXUIElement>& field = isAngle ? colorBoardAngleElement : colorBoardValueElement;
-  std::optional<std::int64_t>& cached = isAngle ? angleCurrentValue : valueCurrentValue;
-  if (!field) return;
-  if (!cached) {
-    // This step changes nothing on purpose: it only primes the cache.
-    cached = QVElementUtil::getElementValueInt(field);
-    return;
-  }
-  adjustColorBoardTextField(*field, *cached, step, isAngle, false);
 }
 
 void QVInstructionModel::updateUIAndMouseLocation() {

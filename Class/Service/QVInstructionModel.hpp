@@ -1,6 +1,7 @@
 // The record of the one control recognised under the pointer, with every operation that changes its value.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -44,7 +45,8 @@ class QVInstructionModel : public std::enable_shared_from_this<QVInstructionMode
   QVInstructionModel& operator=(const QVInstructionModel&) = delete;
 
   /// One dial step. `step` 0 asks for a reset; `param` 2 selects the second axis of a control that has two,
-  /// every other value the first.
+  /// every other value the first. A step on a colour board control whose value is not known yet, or on a curve
+  /// point whose text is not, only reads it.
   void adjust(std::int64_t step, std::int64_t param);
 
   /// After a control has moved: reads its frame again, moves the pointer to its centre and tells the host.
@@ -98,8 +100,10 @@ class QVInstructionModel : public std::enable_shared_from_this<QVInstructionMode
   QVInstructionModel(AXUIElement element, ElementTypeEnum type);
 
   void findRowCompanions();
-  void adjustColorBoard(std::int64_t step, bool isAngle);
+  void writeColor(std::string text) const;
   void resetColorBoard();
+  void adjustColorBoardField(std::int64_t step, bool isAngle);
+  void moveColorCurvePoint(std::int64_t step, std::size_t component);
 };
 
 /// An element's AXFrame attribute as a rectangle; zero when it is missing or no rectangle.

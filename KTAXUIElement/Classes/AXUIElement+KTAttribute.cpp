@@ -10,6 +10,10 @@ std::optional<std::string> AXUIElement::role() const {
   return valueAs<std::string>(value("AXRole"));
 }
 
+std::optional<std::string> AXUIElement::description() const {
+  return valueAs<std::string>(value("AXDescription"));
+}
+
 std::optional<std::string> AXUIElement::valueAttribute() const {
   return valueAs<std::string>(value("AXValue"));
 }

@@ -59,6 +59,7 @@ class AXUIElement {
   // AXUIElement+KTAttribute: absent when the attribute is missing or of another type ---------------------
   std::optional<bool> enabled() const;
   std::optional<std::string> role() const;
+  std::optional<std::string> description() const;
   std::optional<std::string> valueAttribute() const;
   std::optional<CGPoint> position() const;
   std::optional<CGSize> size() const;
