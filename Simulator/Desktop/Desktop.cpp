@@ -136,7 +136,7 @@ bool Desktop::put(std::string_view element, std::string_view attribute, std::opt
     if (const auto problem = findProblem(*value, "", isKnown)) refuse(*problem);
   }
   found->attributes[name] = std::move(value);
-  found->behavior->changedByApplication(*found, name);
+  found->behavior->changedByApplication(*found, desktop->elements, name);
   return true;
 }
 

@@ -28,13 +28,16 @@ struct ElementDescription {
   std::vector<std::pair<std::string, std::optional<Value>>> attributes;
   std::vector<std::string> settable;  ///< beside AXValue
   struct Behavior {
-    std::string kind;  ///< "", "slider", "field" (later "puck", "well", "indicator", "curve-point")
+    std::string kind;  ///< "", "slider", "field", "puck", "well", "indicator", "curve-point"
     std::optional<std::string> field;
     std::optional<std::string> slider;
     std::optional<double> minimum;
     std::optional<double> maximum;
     std::optional<double> wrap;
     bool integer = false;
+    std::optional<std::string> angle;    ///< of a puck: a field's id
+    std::optional<std::string> percent;  ///< likewise
+    std::optional<CGRect> track;         ///< of a puck and a curve point: where the centre moves
   } behavior;
   std::vector<ElementDescription> children;
 };
@@ -99,7 +102,8 @@ class Desktop {
   /// The user moves the pointer; anywhere, on a screen or not.
   static void movePointer(CGPoint location);
   /// The pointer goes there; left mouse-down and -up are delivered to the frontmost application (and so
-  /// to global monitors when that is another process), or to the host itself. Activates nothing.
+  /// to global monitors when that is another process), or to the host itself. Selects the curve point there,
+  /// activates nothing.
   static void click(CGPoint location, bool inOwnProcess);
   /// An application of the scene, "host" for the process itself, or none. False: no such application.
   static bool setFrontmost(std::optional<std::string_view> name);

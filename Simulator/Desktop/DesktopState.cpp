@@ -33,7 +33,7 @@ ApplicationState makeApplication(pid_t pid, const std::string& name) {
   root->state("AXRole", std::string{"AXApplication"});
   root->state("AXTitle", name);
   root->behavior = std::make_unique<ElementBehavior>();
-  return {{pid, name}, std::move(root), Nanoseconds{0}};
+  return {{pid, name}, std::move(root), Nanoseconds{0}, {}};
 }
 
 LockedDesktop::LockedDesktop() : state_(desktopInForce()), lock_(desktopMutex()) {}

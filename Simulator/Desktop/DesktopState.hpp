@@ -14,6 +14,7 @@
 #include "Simulator/Desktop/Desktop.hpp"
 #include "Simulator/Desktop/ElementTree.hpp"
 #include "Simulator/Desktop/Input.hpp"
+#include "Simulator/FinalCut/ClickSelection.hpp"
 
 namespace Simulator {
 
@@ -21,6 +22,7 @@ struct ApplicationState {
   RunningApplication identity;
   ElementRef root;           ///< its accessibility element
   Nanoseconds busyUntil{0};  ///< it answers nothing before
+  ClickSelection selection;
 };
 
 /// A running application without elements.

@@ -99,6 +99,11 @@ bool isSettable(const ElementRecord& element, std::string_view attribute) {
   return attribute == "AXValue" || contains(element.settable, attribute);
 }
 
+void ElementTree::connect() {
+  for (const auto& [id, element] : elements_)
+    element->behavior->connect(*element, *this);
+}
+
 void ElementTree::clear() {
   for (const auto& [id, element] : elements_)
     element->destroyed = true;

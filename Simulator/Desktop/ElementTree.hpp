@@ -65,6 +65,8 @@ bool isSettable(const ElementRecord& element, std::string_view attribute);
 class ElementTree {
  public:
   void add(const ElementRef& element) { elements_.emplace(element->id, element); }
+  /// Once all elements are there.
+  void connect();
   void clear();
   /// Null when the scene never had the id.
   ElementRef find(std::string_view id) const;

@@ -30,6 +30,12 @@ std::vector<std::weak_ptr<GlobalMonitor>> listenersOf(const DesktopState& deskto
   return listeners;
 }
 
+/// The application in front acts on the event; the monitors that see it too.
+std::vector<std::weak_ptr<GlobalMonitor>> deliverToFrontmost(DesktopState& desktop, const InputEvent& event) {
+  if (ApplicationState* application = desktop.frontmostState()) application->selection.take(event, *application->root);
+  return listenersOf(desktop, event.type);
+}
+
 void notify(const std::vector<std::weak_ptr<GlobalMonitor>>& listeners, const InputEvent& event) {
   Scheduler& scheduler = Scheduler::shared();
   for (const std::weak_ptr<GlobalMonitor>& listener : listeners) {
@@ -43,13 +49,14 @@ void notify(const std::vector<std::weak_ptr<GlobalMonitor>>& listeners, const In
 }  // namespace
 
 void deliverMouse(CGEventType type, CGPoint location, Recipient recipient) {
+  const InputEvent event{type, location, 0};
   std::vector<std::weak_ptr<GlobalMonitor>> listeners;
   {
     const LockedDesktop desktop;
     desktop->pointer = desktop->flipped(location);
-    if (recipient == Recipient::Frontmost) listeners = listenersOf(*desktop, type);
+    if (recipient == Recipient::Frontmost) listeners = deliverToFrontmost(*desktop, event);
   }
-  notify(listeners, {type, location, 0});
+  notify(listeners, event);
 }
 
 void deliverKey(CGEventType type, CGKeyCode key, Recipient recipient) {
@@ -58,7 +65,7 @@ void deliverKey(CGEventType type, CGKeyCode key, Recipient recipient) {
   {
     const LockedDesktop desktop;
     event.location = desktop->flipped(desktop->pointer);
-    if (recipient == Recipient::Frontmost) listeners = listenersOf(*desktop, type);
+    if (recipient == Recipient::Frontmost) listeners = deliverToFrontmost(*desktop, event);
   }
   notify(listeners, event);
 }

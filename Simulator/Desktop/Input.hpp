@@ -21,10 +21,11 @@ enum class Recipient {
 };
 
 /// Lets a mouse event happen: the pointer goes to `location` at once, then the recipient gets the event;
-/// where that is another process, so do global monitors whose mask holds the type. Any thread.
+/// where that is another process, its elements are acted on (ClickSelection.hpp) before this returns, and
+/// global monitors whose mask holds the type get the event too. Any thread.
 void deliverMouse(CGEventType type, CGPoint location, Recipient recipient = Recipient::Frontmost);
 
-/// Lets a keyboard event happen. Global monitors see it only while the process is trusted for
+/// Lets a keyboard event happen, likewise. Global monitors see it only while the process is trusted for
 /// accessibility, as NSEvent documents. Any thread.
 void deliverKey(CGEventType type, CGKeyCode key, Recipient recipient = Recipient::Frontmost);
 

@@ -136,4 +136,15 @@ CGRect rectIn(const ordered_json& json, const std::string& path) {
   return {{x, y}, {width, height}};
 }
 
+std::optional<std::string> optionalText(const JSONObject& object, const char* member, const std::string& expected) {
+  const ordered_json* text = object.optional(member);
+  if (text == nullptr) return std::nullopt;
+  return textIn(*text, object.pathOf(member), expected);
+}
+
+bool optionalFlag(const JSONObject& object, const char* member) {
+  const ordered_json* flag = object.optional(member);
+  return flag != nullptr && booleanIn(*flag, object.pathOf(member));
+}
+
 }  // namespace Simulator

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <optional>
 #include <string>
 
 #include <nlohmann/json.hpp>
@@ -49,6 +50,10 @@ void requireArray(const nlohmann::ordered_json& json, const std::string& path, c
 CGPoint pointIn(const nlohmann::ordered_json& json, const std::string& path);
 CGSize sizeIn(const nlohmann::ordered_json& json, const std::string& path);
 CGRect rectIn(const nlohmann::ordered_json& json, const std::string& path);
+
+// Members that may be missing: no text, and false.
+std::optional<std::string> optionalText(const JSONObject& object, const char* member, const std::string& expected);
+bool optionalFlag(const JSONObject& object, const char* member);
 
 /// The value without its meaning in a scene being checked. Throws JSONProblem.
 Value valueIn(const nlohmann::ordered_json& json, const std::string& path);

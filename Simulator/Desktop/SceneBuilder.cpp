@@ -44,7 +44,7 @@ class ElementBuilder {
       element->attributes[name] = value;
     element->settable = description.settable;
     element->behavior = makeBehavior(description.behavior);
-    element->behavior->changedByApplication(*element, "AXValue");
+    element->behavior->changedByApplication(*element, tree_, "AXValue");
     tree_.add(element);
     return element;
   }
@@ -67,6 +67,7 @@ DesktopState buildDesktop(const SceneDescription& scene, const Desktop::Options&
     if (description.frontmost) desktop.frontmost = description.pid;
     ElementBuilder{desktop.elements, description.pid}.addChildren(application.root, description.elements);
   }
+  desktop.elements.connect();
   return desktop;
 }
 

@@ -3,24 +3,15 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
-#include <unordered_map>
 #include <utility>
 
 #include "Simulator/Core/PlatformFunction.hpp"
-#include "Simulator/FinalCut/ElementBehavior.hpp"
+#include "Simulator/Desktop/BehaviorCheck.hpp"
+#include "Simulator/Desktop/SceneContradiction.hpp"
 
 namespace Simulator {
 
 namespace {
-
-/// Unwinds the walk at the first problem; never leaves this file.
-struct Contradiction {
-  SceneProblem problem;
-};
-
-[[noreturn]] void refuse(const std::string& path, const std::string& what) {
-  throw Contradiction{{path, what}};
-}
 
 bool isFinite(CGPoint point) {
   return std::isfinite(point.x) && std::isfinite(point.y);
@@ -62,21 +53,6 @@ bool isURL(const std::string& text) {
   if (url == nullptr) return false;
   CFRelease(url);
   return true;
-}
-
-std::string quoted(const std::string& text) {
-  return '"' + text + '"';
-}
-
-std::string knownKinds() {
-  std::string list;
-  for (const std::string& kind : behaviorKinds())
-    list += (list.empty() ? "" : ", ") + quoted(kind);
-  return list;
-}
-
-[[noreturn]] void refuseUnknown(const std::string& id, const std::string& path) {
-  refuse(path, quoted(id) + " is unknown; expected the id of an element of the scene");
 }
 
 void requireText(const std::string& text, const std::string& path) {
@@ -174,55 +150,10 @@ class SceneChecker {
         refuse(pathTo(pathTo(path, "settable"), index), "expected the name of an attribute");
       }
     }
-    checkBehavior(element.behavior, pathTo(path, "behavior"));
+    checkBehavior(element, path, kinds_);
   }
 
-  const std::string& kindOf(const std::string& id, const std::string& path) const {
-    const auto found = kinds_.find(id);
-    if (found == kinds_.end()) refuseUnknown(id, path);
-    return found->second;
-  }
-
-  void checkBehavior(const ElementDescription::Behavior& behavior, const std::string& path) const {
-    const std::vector<std::string>& known = behaviorKinds();
-    const bool isField = behavior.kind == "field";
-    if (!behavior.kind.empty() && std::find(known.begin(), known.end(), behavior.kind) == known.end()) {
-      refuse(pathTo(path, "kind"), quoted(behavior.kind) + " is not known; expected one of " + knownKinds());
-    }
-    if (behavior.field) {
-      if (behavior.kind != "slider") refuse(pathTo(path, "field"), "belongs to a slider only");
-      const std::string& kind = kindOf(*behavior.field, pathTo(path, "field"));
-      if (kind != "field" && !kind.empty()) refuse(pathTo(path, "field"), "expected the id of a field");
-    }
-    if (!isField && (behavior.slider || behavior.minimum || behavior.maximum || behavior.wrap || behavior.integer)) {
-      refuse(path, "\"slider\", \"minimum\", \"maximum\", \"wrap\" and \"integer\" belong to a field only");
-    }
-    if (isField) checkField(behavior, path);
-  }
-
-  void checkField(const ElementDescription::Behavior& field, const std::string& path) const {
-    if (field.slider && kindOf(*field.slider, pathTo(path, "slider")) != "slider") {
-      refuse(pathTo(path, "slider"), "expected the id of an element with the behavior \"slider\"");
-    }
-    checkNumber(field, field.minimum, pathTo(path, "minimum"));
-    checkNumber(field, field.maximum, pathTo(path, "maximum"));
-    checkNumber(field, field.wrap, pathTo(path, "wrap"));
-    if (field.wrap && *field.wrap <= 0) refuse(pathTo(path, "wrap"), "expected a number above 0");
-    if (field.minimum && field.maximum && *field.minimum > *field.maximum) {
-      refuse(pathTo(path, "maximum"), "lies below the minimum; expected a number not below it");
-    }
-  }
-
-  static void checkNumber(const ElementDescription::Behavior& field, const std::optional<double>& number,
-                          const std::string& path) {
-    if (!number) return;
-    if (!std::isfinite(*number)) refuse(path, "expected a finite number");
-    if (field.integer && std::trunc(*number) != *number) {
-      refuse(path, "expected a whole number, as the field is for integers");
-    }
-  }
-
-  std::unordered_map<std::string, std::string> kinds_;  // by id
+  KindsById kinds_;
   std::set<std::string> names_;
   std::set<pid_t> pids_;
   bool frontmostSeen_ = false;

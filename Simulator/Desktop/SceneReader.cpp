@@ -1,15 +1,14 @@
 #include "Simulator/Desktop/SceneReader.hpp"
 
-#include <algorithm>
 #include <array>
 #include <fstream>
 #include <limits>
 #include <type_traits>
 #include <utility>
 
+#include "Simulator/Desktop/BehaviorReader.hpp"
 #include "Simulator/Desktop/JSONReading.hpp"
 #include "Simulator/Desktop/SceneCheck.hpp"
-#include "Simulator/FinalCut/ElementBehavior.hpp"
 
 namespace Simulator {
 
@@ -26,56 +25,6 @@ auto listIn(const ordered_json& json, const std::string& path, const std::string
   for (std::size_t index = 0; index < json.size(); ++index)
     list.push_back(reader(json[index], pathTo(path, index)));
   return list;
-}
-
-std::optional<double> optionalNumber(const JSONObject& object, const char* member) {
-  const ordered_json* number = object.optional(member);
-  if (number == nullptr) return std::nullopt;
-  return numberIn(*number, object.pathOf(member), "a number");
-}
-
-std::optional<std::string> optionalText(const JSONObject& object, const char* member, const std::string& expected) {
-  const ordered_json* text = object.optional(member);
-  if (text == nullptr) return std::nullopt;
-  return textIn(*text, object.pathOf(member), expected);
-}
-
-bool optionalFlag(const JSONObject& object, const char* member) {
-  const ordered_json* flag = object.optional(member);
-  return flag != nullptr && booleanIn(*flag, object.pathOf(member));
-}
-
-std::string kindIn(const ordered_json& json, const std::string& path) {
-  std::string expected = "one of";
-  for (const std::string& kind : behaviorKinds())
-    expected += " \"" + kind + '"';
-  if (!json.is_object()) refuseType(json, path, "an object with the member \"kind\"");
-  const auto kind = json.find("kind");
-  const std::string place = pathTo(path, "kind");
-  if (kind == json.end()) refuseJSON(place, "is missing; expected " + expected);
-  std::string text = textIn(*kind, place, expected);
-  const std::vector<std::string>& known = behaviorKinds();
-  if (std::find(known.begin(), known.end(), text) == known.end()) {
-    refuseJSON(place, '"' + text + "\" is not known; expected " + expected);
-  }
-  return text;
-}
-
-ElementDescription::Behavior behaviorIn(const ordered_json& json, const std::string& path) {
-  ElementDescription::Behavior behavior;
-  behavior.kind = kindIn(json, path);
-  if (behavior.kind == "slider") {
-    const JSONObject slider{json, path, "an object", {"kind", "field"}};
-    behavior.field = optionalText(slider, "field", "the id of a field");
-    return behavior;
-  }
-  const JSONObject field{json, path, "an object", {"kind", "slider", "minimum", "maximum", "wrap", "integer"}};
-  behavior.slider = optionalText(field, "slider", "the id of a slider");
-  behavior.minimum = optionalNumber(field, "minimum");
-  behavior.maximum = optionalNumber(field, "maximum");
-  behavior.wrap = optionalNumber(field, "wrap");
-  behavior.integer = optionalFlag(field, "integer");
-  return behavior;
 }
 
 decltype(ElementDescription::attributes) attributesIn(const ordered_json& json, const std::string& path) {

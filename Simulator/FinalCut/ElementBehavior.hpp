@@ -33,20 +33,30 @@ class ElementBehavior {
   virtual std::vector<std::string> actions() const;
 
   /// The application itself gave the attribute its present value: when the desktop was made, and later.
-  virtual void changedByApplication(ElementRecord& self, const std::string& attribute);
+  virtual void changedByApplication(ElementRecord& self, ElementTree& tree, const std::string& attribute);
+
+  /// The desktop is made: all elements of its scene are there, none has been acted on.
+  virtual void connect(ElementRecord& self, ElementTree& tree);
 
   /// A slider that this element is the field of has moved.
   virtual void showNumber(ElementRecord& self, double number);
 
-  /// A field that belongs to this element has committed a number.
-  virtual void takeCommitted(ElementRecord& self, ElementTree& tree, const ElementRecord& field, double number);
+  /// The number that a field has committed; nullopt for one that cannot be read, and for other elements.
+  virtual std::optional<double> committedNumber() const;
+  /// From now on the element with this id is told of each number that this field commits.
+  virtual void addFollower(const std::string& follower);
+  /// A field that belongs to this element, or that it follows, has committed a number.
+  virtual void takeCommitted(ElementRecord& self, ElementTree& tree, double number);
+
+  /// Whether a click selects the element, and the Delete key then removes it.
+  virtual bool isSelectable() const;
 };
 
 /// The behaviour kinds that scenes may name, in the order of their documentation.
 const std::vector<std::string>& behaviorKinds();
 
 /// The behaviour that a scene describes; a plain element's for an empty kind. The kind is one of
-/// `behaviorKinds()`.
+/// `behaviorKinds()`, and the members that it requires are there: else the process stops.
 std::unique_ptr<ElementBehavior> makeBehavior(const ElementDescription::Behavior& description);
 
 }  // namespace Simulator

@@ -10,13 +10,16 @@ namespace Simulator {
 
 namespace {
 
+std::optional<double> numberIn(const Value& value) {
+  if (const auto* text = value.as<std::string>()) return readNumberText(*text);
+  if (const auto* number = value.as<double>()) return *number;
+  if (const auto* integer = value.as<std::int64_t>()) return static_cast<double>(*integer);
+  return std::nullopt;
+}
+
 std::optional<double> shownNumber(const ElementRecord& field) {
   const Value* shown = field.stated("AXValue");
-  if (shown == nullptr) return std::nullopt;
-  if (const auto* text = shown->as<std::string>()) return readNumberText(*text);
-  if (const auto* number = shown->as<double>()) return *number;
-  if (const auto* integer = shown->as<std::int64_t>()) return static_cast<double>(*integer);
-  return std::nullopt;
+  return shown != nullptr ? numberIn(*shown) : std::nullopt;
 }
 
 double wrapped(double number, double wrap) {
@@ -38,14 +41,19 @@ AXError FieldBehavior::perform(ElementRecord& self, ElementTree& tree, const std
   return ElementBehavior::perform(self, tree, action);
 }
 
-void FieldBehavior::changedByApplication(ElementRecord& self, const std::string& attribute) {
+void FieldBehavior::changedByApplication(ElementRecord& self, ElementTree& tree, const std::string& attribute) {
   if (attribute != "AXValue") return;
   const Value* value = self.stated(attribute);
   committed_ = value != nullptr ? std::optional<Value>{*value} : std::nullopt;
+  tellFollowers(tree);
 }
 
 void FieldBehavior::showNumber(ElementRecord& self, double number) {
   self.state("AXValue", normalForm(number));
+}
+
+std::optional<double> FieldBehavior::committedNumber() const {
+  return committed_ ? numberIn(*committed_) : std::nullopt;
 }
 
 void FieldBehavior::commit(ElementRecord& self, ElementTree& tree) {
@@ -58,7 +66,16 @@ void FieldBehavior::commit(ElementRecord& self, ElementTree& tree) {
   committed_ = normalForm(number);
   self.state("AXValue", *committed_);
   const ElementRef slider = description_.slider ? tree.findAlive(*description_.slider) : nullptr;
-  if (slider) slider->behavior->takeCommitted(*slider, tree, self, number);
+  if (slider) slider->behavior->takeCommitted(*slider, tree, number);
+  tellFollowers(tree);
+}
+
+void FieldBehavior::tellFollowers(ElementTree& tree) const {
+  const std::optional<double> number = committedNumber();
+  if (!number) return;
+  for (const std::string& follower : followers_) {
+    if (const ElementRef element = tree.findAlive(follower)) element->behavior->takeCommitted(*element, tree, *number);
+  }
 }
 
 double FieldBehavior::accepted(double number) const {

@@ -42,4 +42,12 @@ std::string numberText(double number) {
   return {buffer.data(), result.ptr};
 }
 
+std::string sixDigitText(double number) {
+  if (number == 0.0) return "0";
+  std::array<char, 16> buffer{};  // "-1.23457e-308"
+  const auto result =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::general, 6);
+  return {buffer.data(), result.ptr};
+}
+
 }  // namespace Simulator

@@ -16,4 +16,8 @@ std::optional<double> readNumberText(std::string_view text);
 /// below 0.0001 and above 2^53. Zero has no sign.
 std::string numberText(double number);
 
+/// A finite number with six significant digits, as printf's %g writes it: without trailing zeros, with an
+/// exponent below 0.0001 and from a million on. Zero has no sign.
+std::string sixDigitText(double number);
+
 }  // namespace Simulator

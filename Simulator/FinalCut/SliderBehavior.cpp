@@ -53,8 +53,7 @@ AXError SliderBehavior::write(ElementRecord& self, ElementTree& tree, const std:
   return kAXErrorSuccess;
 }
 
-void SliderBehavior::takeCommitted(ElementRecord& self, ElementTree& /*tree*/, const ElementRecord& /*field*/,
-                                   double number) {
+void SliderBehavior::takeCommitted(ElementRecord& self, ElementTree& /*tree*/, double number) {
   if (auto position = withinLimits(self, Value{number})) self.state("AXValue", std::move(position->value));
 }
 

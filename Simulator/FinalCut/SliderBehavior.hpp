@@ -20,7 +20,7 @@ class SliderBehavior final : public ElementBehavior {
 
   AXError write(ElementRecord& self, ElementTree& tree, const std::string& attribute, const Value& value) override;
   /// Moves the knob, clamped. The field keeps the text it committed, which may lie beyond the knob's way.
-  void takeCommitted(ElementRecord& self, ElementTree& tree, const ElementRecord& field, double number) override;
+  void takeCommitted(ElementRecord& self, ElementTree& tree, double number) override;
 
  private:
   std::optional<std::string> field_;

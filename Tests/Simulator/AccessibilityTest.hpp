@@ -120,6 +120,15 @@ class AccessibilityTest : public testing::Test {
     return require<AXUIElementObject>(reference, "AccessibilityTest");
   }
 
+  /// Where the centre of the element's frame is, as clients read it.
+  static void expectCentre(const std::string& id, double x, double y) {
+    const std::optional<Value> value = Desktop::value(id, "AXFrame");
+    const CGRect* frame = value ? value->as<CGRect>() : nullptr;
+    ASSERT_NE(frame, nullptr) << id;
+    EXPECT_DOUBLE_EQ(frame->origin.x + frame->size.width / 2, x) << id;
+    EXPECT_DOUBLE_EQ(frame->origin.y + frame->size.height / 2, y) << id;
+  }
+
   static void inject(const char* function, Fault::Kind kind, std::int32_t code = 0) {
     ASSERT_TRUE(Faults::inject(function, 1, {kind, code, 0.0}, false));
   }

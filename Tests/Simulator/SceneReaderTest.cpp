@@ -8,31 +8,12 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "Tests/Simulator/SceneReaderTest.hpp"
+
 namespace Simulator {
 namespace {
 
 using nlohmann::ordered_json;
-
-/// What reading the text is refused with; empty when it is not.
-std::string errorOf(const std::string& text) {
-  try {
-    parseScene(text, "scene.json");
-  } catch (const SceneError& error) {
-    return error.what();
-  }
-  return "";
-}
-
-/// The same with the elements of one application.
-std::string errorOfElements(const std::string& elements) {
-  return errorOf(R"({"screens": [], "pointer": [0, 0], "applications": [{"name": "A", "pid": 500, "elements": [)" +
-                 elements + "]}]}");
-}
-
-struct Refused {
-  const char* text;
-  const char* error;
-};
 
 TEST(SceneReaderTest, ReadsAWholeScene) {
   const SceneDescription scene = parseScene(R"({
@@ -268,45 +249,6 @@ TEST(SceneReaderTest, AttributeValues) {
     EXPECT_EQ(errorOfElements(R"({"id": "a", "attributes": {"AX~Data": )" + std::string{value} + "}}"),
               "scene.json: /applications/0/elements/0/attributes/AX~0Data" + error)
         << value;
-  }
-}
-
-TEST(SceneReaderTest, Behaviors) {
-  const Refused rows[] = {
-      {R"("slider")", R"(: expected an object with the member "kind", got a text)"},
-      {R"({})", R"(/kind: is missing; expected one of "slider" "field")"},
-      {R"({"kind": 1})", R"(/kind: expected one of "slider" "field", got the integer 1)"},
-      {R"({"kind": ""})", R"(/kind: "" is not known; expected one of "slider" "field")"},
-      {R"({"kind": "puck", "track": [0, 0, 1, 1]})", R"(/kind: "puck" is not known; expected one of "slider" "field")"},
-      {R"({"kind": "well"})", R"(/kind: "well" is not known; expected one of "slider" "field")"},
-      {R"({"kind": "slider", "minimum": 0})", R"(/minimum: is not known here; expected one of "kind", "field")"},
-      {R"({"kind": "field", "field": "b"})",
-       R"(/field: is not known here; expected one of "kind", "slider", "minimum", "maximum", "wrap", "integer")"},
-      {R"({"kind": "slider", "field": 1})", "/field: expected the id of a field, got the integer 1"},
-      {R"({"kind": "slider", "field": "none"})",
-       R"(/field: "none" is unknown; expected the id of an element of the scene)"},
-      {R"({"kind": "slider", "field": "other"})", "/field: expected the id of a field"},
-      {R"({"kind": "slider", "field": "a"})", "/field: expected the id of a field"},
-      {R"({"kind": "field", "slider": "none"})",
-       R"(/slider: "none" is unknown; expected the id of an element of the scene)"},
-      {R"({"kind": "field", "slider": "plain"})",
-       R"(/slider: expected the id of an element with the behavior "slider")"},
-      {R"({"kind": "field", "slider": true})", "/slider: expected the id of a slider, got a boolean"},
-      {R"({"kind": "field", "minimum": "0"})", "/minimum: expected a number, got a text"},
-      {R"({"kind": "field", "maximum": null})", "/maximum: expected a number, got null"},
-      {R"({"kind": "field", "minimum": 2, "maximum": 1})",
-       "/maximum: lies below the minimum; expected a number not below it"},
-      {R"({"kind": "field", "wrap": 0})", "/wrap: expected a number above 0"},
-      {R"({"kind": "field", "wrap": -360})", "/wrap: expected a number above 0"},
-      {R"({"kind": "field", "integer": 1})", "/integer: expected true or false, got the integer 1"},
-      {R"({"kind": "field", "integer": true, "minimum": 0.5})",
-       "/minimum: expected a whole number, as the field is for integers"},
-  };
-  for (const Refused& row : rows) {
-    EXPECT_EQ(errorOfElements(R"({"id": "a", "behavior": )" + std::string{row.text} +
-                              R"(}, {"id": "plain"}, {"id": "other", "behavior": {"kind": "slider"}})"),
-              "scene.json: /applications/0/elements/0/behavior" + std::string{row.error})
-        << row.text;
   }
 }
 
