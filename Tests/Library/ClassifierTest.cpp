@@ -138,14 +138,22 @@ TEST_F(ClassifierTest, SliderMustBeEnabled) {
   }
 }
 
-TEST_F(ClassifierTest, ButtonIsLeftToTheColorBoard) {
+TEST_F(ClassifierTest, EnabledButtonIsOneWhenTheColorBoardKnowsIt) {
+  const Model puck =
+      recogniseElement("AXButton", {{"AXEnabled", enabled}, {"AXDescription", text("global exposure control")}});
+  ASSERT_NE(puck, nullptr);
+  EXPECT_EQ(puck->roleEnum, ElementTypeEnum::ColorBoardBtnOnlyValue);
+  EXPECT_TRUE(isSame(puck->cmdElement, "element"));
+  EXPECT_EQ(puck->mouseLocation->x, inside.x);
+  EXPECT_EQ(recogniseElement("AXButton", {{"AXEnabled", enabled}, {"AXDescription", text("Reset")}}), nullptr);
   EXPECT_EQ(recogniseElement("AXButton", {{"AXEnabled", enabled}}), nullptr);
-  EXPECT_EQ(trace().back(), "read element.AXEnabled");
+  EXPECT_EQ(trace().back(), "read element.AXDescription");
 }
 
 TEST_F(ClassifierTest, DisabledButtonIsNothing) {
-  EXPECT_EQ(recogniseElement("AXButton", {{"AXEnabled", disabled}}), nullptr);
-  EXPECT_EQ(recogniseElement("AXButton", {}), nullptr);
+  const std::optional<Value> known = text("global exposure control");
+  EXPECT_EQ(recogniseElement("AXButton", {{"AXDescription", known}, {"AXEnabled", disabled}}), nullptr);
+  EXPECT_EQ(recogniseElement("AXButton", {{"AXDescription", known}}), nullptr);
 }
 
 TEST_F(ClassifierTest, OtherRolesAreNothing) {

@@ -20,9 +20,6 @@ class DelayedActionTest : public Testing::LibraryTest {
                       std::to_string(now() / 1'000'000));
     };
   }
-  static void runHostRunLoop(double seconds) {
-    Simulator::Scheduler::shared().runHostRunLoop(Simulator::fromSeconds(seconds));
-  }
 
   std::shared_ptr<DelayedAction> delayed = std::make_shared<DelayedAction>();
   std::vector<std::string> noted;

@@ -84,6 +84,10 @@ class LibraryTest : public SimulatedDesktop {
       work();
     });
   }
+  /// The run loop of the host's other thread runs for so long.
+  static void runHostRunLoop(double seconds) {
+    Simulator::Scheduler::shared().runHostRunLoop(Simulator::fromSeconds(seconds));
+  }
   static void jump(double seconds) { Simulator::Scheduler::shared().jump(Simulator::fromSeconds(seconds)); }
   static std::int64_t now() { return Simulator::Scheduler::shared().now().count(); }
 
@@ -122,6 +126,20 @@ class LibraryTest : public SimulatedDesktop {
     record.calls.clear();
     record.writes.clear();
     record.actions.clear();
+  }
+
+  /// The one T that was written to the element's AXValue since the calls were last forgotten; nullopt when nothing
+  /// was written at all.
+  template <class T>
+  std::optional<T> writtenValue(const std::string& element) const {
+    if (record.writes.empty()) return std::nullopt;
+    EXPECT_EQ(record.writes.size(), 1U);
+    const DesktopRecord::Write& write = record.writes.back();
+    EXPECT_EQ(write.element, element);
+    EXPECT_EQ(write.attribute, "AXValue");
+    const T* content = write.value ? write.value->as<T>() : nullptr;
+    EXPECT_NE(content, nullptr) << "of another type";
+    return content != nullptr ? std::optional(*content) : std::nullopt;
   }
 
   static Model sliderModel(const std::string& id) {

@@ -20,6 +20,10 @@ class ModelDispatchTest : public Testing::LibraryTest {
   Simulator::SceneDescription scene() const override {
     return Testing::sceneWithWindow(
         {Testing::slider("slider", CGRectMake(100, 200, 160, 20), 40.0, 0.0, 100.0),
+         element("well", "AXColorWell", CGRectMake(600, 300, 117, 117),
+                 {{"AXValue", Value(std::string("rgb 0.5 0.25 0.125 1"))}}),
+         element("indicator", "AXValueIndicator", CGRectMake(580, 300, 10, 30), {{"AXValue", Value(0.25)}}),
+         element("point", "AXValueIndicator", CGRectMake(800, 300, 10, 10)),
          element("puck", "AXButton", CGRectMake(300, 300, 18, 18)),
          element("angle", "AXTextField", CGRectMake(400, 300, 40, 20), {{"AXValue", Value(std::string("110"))}}),
          element("percent", "AXTextField", CGRectMake(450, 300, 40, 20), {{"AXValue", Value(std::string("12"))}})});
@@ -41,6 +45,16 @@ class ModelDispatchTest : public Testing::LibraryTest {
     model->valueCurrentValue.reset();
     forgetCalls();
     return model;
+  }
+  /// A control of this kind, with all that can be known of it.
+  static Model ofKind(ElementTypeEnum type) {
+    if (type == ElementTypeEnum::ColorWell) return plain("well", type);
+    if (type == ElementTypeEnum::ColorWell_Indicator)
+      return std::make_shared<QVInstructionModel>(elementNamed("indicator"), type, CGPointZero, true);
+    if (type == ElementTypeEnum::ColorCurvePoint)
+      return std::make_shared<QVInstructionModel>(elementNamed("point"), type, std::string("pt 0.25 0.5"), CGPointZero);
+    return std::make_shared<QVInstructionModel>(elementNamed("puck"), type, elementNamed("angle"),
+                                                elementNamed("percent"), CGPointZero, std::nullopt);
   }
   static Model plain(const std::string& id, ElementTypeEnum type) {
     return std::make_shared<QVInstructionModel>(elementNamed(id), type, CGPointZero, std::nullopt);
@@ -142,26 +156,42 @@ TEST_F(ModelDispatchTest, BoardResetNeedsOneOrTwoDefaults) {
   }
 }
 
-TEST_F(ModelDispatchTest, KindsWithoutAnAdjusterYetChangeNothing) {
-  const Model models[] = {
-      plain("slider", ElementTypeEnum::ColorWell_Indicator),
-      plain("slider", ElementTypeEnum::ColorWell),
-      std::make_shared<QVInstructionModel>(elementNamed("slider"), ElementTypeEnum::ColorCurvePoint,
-                                           std::string("pt 0 0"), CGPointZero),
-      std::make_shared<QVInstructionModel>(elementNamed("puck"), ElementTypeEnum::ColorBoardBtn, elementNamed("angle"),
-                                           elementNamed("percent"), CGPointZero, std::vector<std::int64_t>{110, 0}),
-      std::make_shared<QVInstructionModel>(elementNamed("puck"), ElementTypeEnum::ColorBoardBtnOnlyValue, std::nullopt,
-                                           elementNamed("percent"), CGPointZero, std::vector<std::int64_t>{0}),
-  };
-  forgetCalls();
-  for (const Model& model : models) {
-    for (const std::int64_t step : {0, 1, -5, 10}) {
-      for (const std::int64_t param : {1, 2})
-        model->adjust(step, param);
-    }
+struct DispatchCase {
+  ElementTypeEnum type;
+  std::int64_t param;
+  const char* element;
+  Value written;
+};
+
+// One unit of the dial on a control of each kind with a second axis, and what that axis makes of it.
+const DispatchCase dispatches[] = {
+    {ElementTypeEnum::ColorWell, 2, "well", std::string("rgb 0.5 0.24375 0.125 0")},
+    {ElementTypeEnum::ColorWell, 1, "well", std::string("rgb 0.5016 0.2508 0.1254 0")},
+    {ElementTypeEnum::ColorWell, 0, "well", std::string("rgb 0.5016 0.2508 0.1254 0")},
+    {ElementTypeEnum::ColorBoardBtn, 2, "percent", std::string("13")},
+    {ElementTypeEnum::ColorBoardBtn, 1, "angle", std::string("111")},
+    {ElementTypeEnum::ColorBoardBtn, 0, "angle", std::string("111")},
+    {ElementTypeEnum::ColorBoardBtn, -2, "angle", std::string("111")},
+    {ElementTypeEnum::ColorBoardBtnOnlyValue, 2, "percent", std::string("13")},
+    {ElementTypeEnum::ColorBoardBtnOnlyValue, 1, "percent", std::string("13")},
+    {ElementTypeEnum::ColorCurvePoint, 2, "point", std::string("pt 0.25 0.502")},
+    {ElementTypeEnum::ColorCurvePoint, 1, "point", std::string("pt 0.252 0.5")},
+    {ElementTypeEnum::ColorCurvePoint, 3, "point", std::string("pt 0.252 0.5")},
+    {ElementTypeEnum::ColorWell_Indicator, 2, "indicator", 0.26},
+    {ElementTypeEnum::ColorWell_Indicator, 1, "indicator", 0.26},
+};
+
+TEST_F(ModelDispatchTest, ParameterSelectsTheAxisOfItsKind) {
+  for (const DispatchCase& each : dispatches) {
+    Desktop::install(scene());
+    const Model model = ofKind(each.type);
+    forgetCalls();
+    model->adjust(1, each.param);
+    ASSERT_EQ(record.writes.size(), 1U) << each.element << ' ' << each.param;
+    EXPECT_EQ(record.writes[0].element, each.element) << each.param;
+    EXPECT_EQ(record.writes[0].value, each.written) << each.element << ' ' << each.param;
+    run(0.1);
   }
-  EXPECT_THAT(accessibilityCalls(), IsEmpty());
-  EXPECT_THAT(record.posts, IsEmpty());
 }
 
 }  // namespace

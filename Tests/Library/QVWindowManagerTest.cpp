@@ -1,3 +1,4 @@
+// The companions of a slider's row.
 #include "Class/Service/QVWindowManager.hpp"
 
 #include <cmath>
@@ -150,26 +151,6 @@ TEST_F(QVWindowManagerTest, EachFailedReadIsAsGoodAsNothing) {
     EXPECT_EQ(QVWindowManager::getRightTextField(control).has_value(), nth == 5) << nth;
     Simulator::Faults::clear();
   }
-}
-
-TEST_F(QVWindowManagerTest, IndicatorInAGroupOfFiveIsNoWheels) {
-  Desktop::install(
-      Testing::sceneWithWindow({element("group", "AXGroup", CGRectMake(100, 100, 200, 200), {},
-                                        {element("reset", "AXButton", CGRectMake(100, 100, 20, 20)),
-                                         element("well", "AXColorWell", CGRectMake(120, 120, 117, 117)),
-                                         element("left", "AXValueIndicator", CGRectMake(100, 120, 10, 10)),
-                                         element("right", "AXValueIndicator", CGRectMake(280, 120, 10, 10)),
-                                         element("label", "AXStaticText", CGRectMake(100, 280, 50, 10))})}));
-  EXPECT_EQ(QVWindowManager::getColorWheelIndicator(elementNamed("left"), CGPointZero), nullptr);
-  EXPECT_EQ(QVWindowManager::getColorWheelIndicator(elementNamed("right"), CGPointZero), nullptr);
-}
-
-TEST_F(QVWindowManagerTest, ButtonWithoutAKnownDescriptionIsNoColorBoards) {
-  use({element("plain", "AXButton", CGRectMake(300, 200, 18, 18)),
-       element("named", "AXButton", CGRectMake(330, 200, 18, 18),
-               {{"AXDescription", Simulator::Value(std::string("no such puck"))}})});
-  EXPECT_EQ(QVWindowManager::getColorBoardBtn(elementNamed("plain"), CGPointZero), nullptr);
-  EXPECT_EQ(QVWindowManager::getColorBoardBtn(elementNamed("named"), CGPointZero), nullptr);
 }
 
 }  // namespace

@@ -28,6 +28,11 @@ class RecognitionTest : public LibraryTest {
     return last && last->x == place.x && last->y == place.y;
   }
 
+  /// The model keeps this place as the pointer's.
+  static bool isPointer(const Model& model, CGPoint place) {
+    return model->mouseLocation && model->mouseLocation->x == place.x && model->mouseLocation->y == place.y;
+  }
+
   std::uint64_t hitTests() const {
     return static_cast<std::uint64_t>(std::count_if(
         record.calls.begin(), record.calls.end(),

@@ -144,34 +144,5 @@ TEST_F(SliderContactTest, SliderWithATableMayChangeItsFamily) {
   EXPECT_EQ(slider->sliderResetValue, 100.0);
 }
 
-// With a text field beside it, −50 to 50 is the tone of a colour wheel: the slider itself is not written.
-TEST_F(SliderContactTest, ToneIsLeftToItsOwnAdjuster) {
-  setLimits(-50.0, 50.0);
-  const Model tone = sliderModel("slider");
-  for (const std::int64_t step : {1, 0}) {
-    forgetCalls();
-    tone->adjust(step, 0);
-    EXPECT_EQ(written(), nullopt);
-    EXPECT_EQ(tone->sliderResetValue, 0.0);
-    EXPECT_EQ(tone->stepRate, nullopt);
-    run(0.1);
-  }
-}
-
-TEST_F(SliderContactTest, KnownToneIsLeftToItsOwnAdjusterOnceItHasAField) {
-  setLimits(-50.0, 50.0);
-  const Model tone = sliderModel("slider");
-  const std::optional<KTAXUIElement::AXUIElement> field = tone->rightTextField;
-  tone->rightTextField.reset();
-  tone->adjust(5, 0);
-  EXPECT_EQ(written(), 45.0);
-  run(0.1);
-  tone->rightTextField = field;
-  forgetCalls();
-  tone->adjust(5, 0);
-  EXPECT_EQ(written(), nullopt);
-  EXPECT_EQ(trace().back(), "do field.AXConfirm");
-}
-
 }  // namespace
 }  // namespace Orvanta

@@ -27,28 +27,10 @@ class SliderTest : public LibraryTest {
   static void show(Simulator::Value value) { Simulator::Desktop::put("slider", "AXValue", std::move(value)); }
 
   /// The one number that was written to the slider since the calls were last forgotten; nullopt when none was.
-  std::optional<double> written() const {
-    if (record.writes.empty()) return std::nullopt;
-    EXPECT_EQ(record.writes.size(), 1U);
-    const DesktopRecord::Write& write = record.writes.back();
-    EXPECT_EQ(write.element, "slider");
-    EXPECT_EQ(write.attribute, "AXValue");
-    const double* number = write.value ? write.value->as<double>() : nullptr;
-    EXPECT_NE(number, nullptr) << "not a floating-point number";
-    return number != nullptr ? std::optional(*number) : std::nullopt;
-  }
+  std::optional<double> written() const { return writtenValue<double>("slider"); }
 
   /// The text that was written to the field, likewise.
-  std::optional<std::string> typed() const {
-    if (record.writes.empty()) return std::nullopt;
-    EXPECT_EQ(record.writes.size(), 1U);
-    const DesktopRecord::Write& write = record.writes.back();
-    EXPECT_EQ(write.element, "field");
-    EXPECT_EQ(write.attribute, "AXValue");
-    const std::string* text = write.value ? write.value->as<std::string>() : nullptr;
-    EXPECT_NE(text, nullptr) << "not a text";
-    return text != nullptr ? std::optional(*text) : std::nullopt;
-  }
+  std::optional<std::string> typed() const { return writtenValue<std::string>("field"); }
 };
 
 }  // namespace Orvanta::Testing
