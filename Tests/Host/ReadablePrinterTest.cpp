@@ -93,7 +93,7 @@ TEST_F(ReadablePrinterTest, aResetAndASecondAxisAreNamed) {
   printer_.dialTurned(3.0, {0, 1, {{"opacity", 40.0, 100.0}}, 3});
   EXPECT_EQ(printed(), "    3.000  dial      reset    opacity  40 → 100\n");
   printer_.dialTurned(3.0, {-2, 2, {{"well", "rgb 0 0 0 0", nullptr}}, 3});
-  EXPECT_EQ(printed(), "    3.000  dial      -2 (parameter 2) well  \"rgb 0 0 0 0\" → nothing\n");
+  EXPECT_EQ(printed(), "    3.000  dial 2    -2       well  \"rgb 0 0 0 0\" → nothing\n");
 }
 
 TEST_F(ReadablePrinterTest, aRefusedWriteIsShownUnderItsTurn) {

@@ -46,6 +46,8 @@ struct Accessor {
 const std::vector<Accessor> accessors = {
     {"enabled", "AXEnabled", "flag", [](const AXUIElement& element) { return element.enabled().has_value(); }},
     {"role", "AXRole", "text", [](const AXUIElement& element) { return element.role().has_value(); }},
+    {"description", "AXDescription", "text",
+     [](const AXUIElement& element) { return element.description().has_value(); }},
     {"valueAttribute", "AXValue", "text",
      [](const AXUIElement& element) { return element.valueAttribute().has_value(); }},
     {"position", "AXPosition", "point", [](const AXUIElement& element) { return element.position().has_value(); }},

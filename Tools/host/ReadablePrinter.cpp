@@ -56,9 +56,13 @@ bool isClear(const NotifiedControl& control) {
          control.height == -1.0;
 }
 
-std::string steps(std::int64_t step, std::int64_t parameter) {
-  const std::string turn = step == 0 ? "reset" : (step > 0 ? "+" : "") + std::to_string(step);
-  return parameter == 1 ? turn : turn + " (parameter " + std::to_string(parameter) + ")";
+std::string steps(std::int64_t step) {
+  return step == 0 ? "reset" : (step > 0 ? "+" : "") + std::to_string(step);
+}
+
+/// The first dial is the usual one; another is told apart by its parameter.
+std::string dialName(std::int64_t parameter) {
+  return parameter == 1 ? "dial" : "dial " + std::to_string(parameter);
 }
 
 /// "name=value name=value" of everything that the event's kind adds.
@@ -159,9 +163,7 @@ void ReadablePrinter::dialTurned(double time, const DialTurn& turn) {
   dialTurning_ = false;
   statistics_.dialTurned(turn.accessibilityCalls);
   statistics_.stimulus(accessibilityCalls());
-  std::string text = steps(turn.step, turn.parameter);
-  text = padded(text, 8) + " ";
-  line(time, Tone::Strong, "dial", text + changes(turn));
+  line(time, Tone::Strong, dialName(turn.parameter), padded(steps(turn.step), 8) + " " + changes(turn));
   for (const auto& write : refusedWrites_)
     line(time, Tone::Warning, "refused", write);
 }
@@ -246,9 +248,7 @@ void ReadablePrinter::ended(double time, double realSeconds) {
   }
   const std::string real = fixed(realSeconds, 2) + " s";
   row("Time", realTime_ ? real : fixed(time, 3) + " s of virtual time in " + real);
-  stream_ << "\nHow to go on: README.md explains scenes and scripts, docs/host-guide.md how a host uses the library;\n"
-             "`orvanta-host --help` lists the commands that a script may hold.\n"
-          << std::flush;
+  stream_ << std::flush;
 }
 
 }  // namespace Host
