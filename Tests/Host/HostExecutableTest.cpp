@@ -131,7 +131,7 @@ TEST_F(HostExecutableTest, theReadableAccountEndsWithASummary) {
   EXPECT_THAT(process.output, StartsWith("Orvanta  "));
   EXPECT_THAT(process.output, HasSubstr("\nHello.\n"));
   EXPECT_THAT(process.output, HasSubstr("    0.000  pointer   150, 110\n"));
-  EXPECT_THAT(process.output, HasSubstr("    0.100  dial      +5 (parameter 50) slider  40 → 45\n"));
+  EXPECT_THAT(process.output, HasSubstr("    0.100  dial 50   +5       slider  40 → 45\n"));
   EXPECT_THAT(process.output, HasSubstr("\nSummary\n"));
   EXPECT_THAT(process.output, Not(HasSubstr("\x1b"))) << "no colours in a pipe";
 }

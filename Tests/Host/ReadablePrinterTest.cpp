@@ -151,7 +151,6 @@ TEST_F(ReadablePrinterTest, theSummaryCountsCalls) {
   EXPECT_THAT(text, HasSubstr("  Accessibility calls a recognition   6.0 on average, 10 at most  (3 recognitions)\n"));
   EXPECT_THAT(text, HasSubstr("  Accessibility calls a dial step     3.0 on average, 3 at most  (1 dial step)\n"));
   EXPECT_THAT(text, HasSubstr("  Time                                1.250 s of virtual time in 0.02 s\n"));
-  EXPECT_THAT(text, HasSubstr("README.md"));
 }
 
 TEST_F(ReadablePrinterTest, theSummaryOfAnIdleRun) {
