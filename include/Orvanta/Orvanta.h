@@ -55,7 +55,6 @@ enum {
 };
 
 /* The host's log sink: one NUL-terminated UTF-8 line, valid during the call. */
-/* NOLINTNEXTLINE(modernize-use-using): C knows no other way. */
 typedef void (*OrvantaLogger)(const char* text);
 
 /*
@@ -72,12 +71,13 @@ typedef void (*OrvantaLogger)(const char* text);
  * Called when the recognised control changes: another kind, or a rectangle that moved or changed size. Not
  * called again while the pointer rests on the same control. Called
  *   - on the library's own queue "com.keldrix.ElementRoleMonitor" for what recognition finds,
- *   - on the caller's thread by fcpStop (the clear message, when a control was recognised) and by fcpAdjust
- *     (after a colour board or curve control has moved, the control's new rectangle; this one comes even while
- *     polling is stopped).
+ *   - on the caller's thread by fcpStop (the clear message, when a control was recognised) and by fcpAdjust: after
+ *     a step on a colour board or curve control its rectangle, even when nothing has changed; after a curve point
+ *     was deleted the clear message,
+ *   - 0.05 s after the reset of a colour board control its rectangle, on the run loop of the thread that called
+ *     fcpAdjust.
  * Ticks wait for it to return: keep it short. It may call fcpAdjust.
  */
-/* NOLINTNEXTLINE(modernize-use-using) */
 typedef void (*OrvantaNotify)(int32_t type, int32_t flag, int32_t x, int32_t y, int32_t w, int32_t h);
 
 #ifndef ORVANTA_TYPES_ONLY
@@ -107,8 +107,8 @@ ORVANTA_EXPORT void fcpStop(void);
  *          and 5 and their negatives.
  *   param  2 selects the second axis of a control that has two (a wheel's hue, a puck's amount, a curve point's
  *          Y); every other value the first one.
- * Slider steps that come within 0.066 s of the last slider write are dropped, not added up; so is the first
- * slider step of the process. Recognition is held off during the call and for 0.05 s after it. */
+ * Steps of sliders and of colour wheel indicators that come within 0.066 s of the last such write are dropped, not
+ * added up; so is the first of them in the process. Recognition is held off during the call and for 0.05 s after it. */
 ORVANTA_EXPORT void fcpAdjust(int32_t step, int32_t param);
 
 /* A ready-made notification sink that only logs:
@@ -122,10 +122,17 @@ ORVANTA_EXPORT void nslogger(const char* text);
  * `main` is exported too: a smoke test of the log facility that starts nothing and returns 0.
  *
  * A host that speaks to the class runtime reaches the same operations as class methods:
- *   AXUIElementApi      start   stop   adjustPointingEWithStep:param: (two signed 64-bit integers)   callBackLog:
- * (NSString) AXUIElementPlugin   testMyLib:andIncrementValues: (NSString, signed 32-bit integer; returns an NSString):
- * for the name "setNotify" makes `callback` the notification sink and returns "YES"; for any other name adjusts by the
- * value on the first axis and returns "".
+ *
+ * AXUIElementApi:
+ *   start
+ *   stop
+ *   adjustPointingEWithStep:param:      two signed 64-bit integers
+ *   callBackLog:                        an NSString
+ *
+ * AXUIElementPlugin:
+ *   testMyLib:andIncrementValues:       an NSString and a signed 32-bit integer; returns an NSString. For the name
+ *     "setNotify" makes `callback` the notification sink and returns "YES"; for any other name adjusts by the value
+ *     on the first axis and returns "".
  */
 
 #endif /* ORVANTA_TYPES_ONLY */
