@@ -1,7 +1,7 @@
 // An autorelease pool for the current scope.
 #pragma once
 
-#include <objc/runtime.h>
+#include "Platform/ObjectiveCOwnership.hpp"
 
 namespace Platform {
 

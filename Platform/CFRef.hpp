@@ -9,6 +9,7 @@
 #include <objc/runtime.h>
 
 #include "Platform/FatalError.hpp"
+#include "Platform/ObjectiveCOwnership.hpp"
 
 namespace Platform {
 

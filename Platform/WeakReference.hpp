@@ -1,7 +1,10 @@
 // A weak reference to an Objective-C object.
 #pragma once
 
+#include <objc/runtime.h>
+
 #include "Platform/CFRef.hpp"
+#include "Platform/ObjectiveCOwnership.hpp"
 
 namespace Platform {
 

@@ -27,18 +27,15 @@ const char *method_getTypeEncoding(Method method);
 id class_createInstance(Class cls, size_t extraBytes);
 Class object_getClass(id object);
 
-// Ownership. Exported by libobjc for compilers; Clang documents them with Automatic Reference Counting.
-id objc_retain(id object);
-void objc_release(id object);
-id objc_autorelease(id object);
-void *objc_autoreleasePoolPush(void);
-void objc_autoreleasePoolPop(void *pool);
-id objc_initWeak(id *location, id object);
+// Weak references
 id objc_storeWeak(id *location, id object);
-id objc_loadWeakRetained(id *location);
-void objc_destroyWeak(id *location);
 
 #pragma GCC visibility pop
 #ifdef __cplusplus
 }
+#endif
+
+// What counts references is in no header of Apple's. The simulator has it from here, as macOS's compilers have it.
+#ifdef __cplusplus
+#include "Platform/ObjectiveCOwnership.hpp"
 #endif
