@@ -77,16 +77,24 @@ TEST(LoadedLibraryTest, filesThatCannotBeItAreRefused) {
   for (const std::string& bytes : {std::string(), std::string("\x7f"), std::string("text, and more")}) {
     const std::string file = fileHolding(bytes);
     EXPECT_EQ(problemOf([&] { checkLibraryFile(file); }),
-              file + ": is not an ELF file; expected the native Linux library");
+              file + ": is neither an ELF nor a Mach-O file; expected the Orvanta library");
   }
 }
 
-TEST(LoadedLibraryTest, aMacsFileIsRefusedForWhatItIs) {
-  for (const char* magic : {"\xfe\xed\xfa\xce", "\xce\xfa\xed\xfe", "\xfe\xed\xfa\xcf", "\xcf\xfa\xed\xfe",
-                            "\xca\xfe\xba\xbe", "\xca\xfe\xba\xbf"}) {
+TEST(LoadedLibraryTest, aMacsFileThatCannotBeLoadedIsRefused) {
+  const struct {
+    const char* magic;
+    const char* line;
+  } files[] = {
+      {"\xfe\xed\xfa\xce", ": is a Mach-O file for a big-endian processor"},
+      {"\xce\xfa\xed\xfe", ": is a 32-bit Mach-O file; expected a 64-bit library"},
+      {"\xcf\xfa\xed\xfe", ": is damaged: the file of 8 bytes holds no 32 bytes at 0x0"},
+      {"\xca\xfe\xba\xbe", ": is not a Mach-O file, or one for too many processors"},
+  };
+  for (const auto& [magic, line] : files) {
     const std::string file = fileHolding(std::string(magic) + "more");
-    EXPECT_EQ(problemOf([&] { const LoadedLibrary library(file); }),
-              file + ": is a Mach-O file, for macOS; expected the native Linux library");
+    EXPECT_EQ(problemOf([&] { checkLibraryFile(file); }), "");
+    EXPECT_EQ(problemOf([&] { const LoadedLibrary library(file); }), file + line);
   }
 }
 

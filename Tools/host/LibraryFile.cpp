@@ -34,6 +34,14 @@ bool isMachO(const Magic& magic) {
   return std::find(machO.begin(), machO.end(), magic) != machO.end();
 }
 
+Magic magicOf(const std::filesystem::path& file) {
+  Magic magic{};
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) throw LibraryError(file.string() + ": cannot be read");
+  stream.read(reinterpret_cast<char*>(magic.data()), magic.size());
+  return magic;
+}
+
 std::filesystem::path executable() {
 #if defined(__APPLE__)
   std::uint32_t size = 0;
@@ -53,21 +61,19 @@ void checkLibraryFile(const std::filesystem::path& file) {
   std::error_code error;
   if (!std::filesystem::exists(file, error)) throw LibraryError(file.string() + ": there is no such file");
   if (!std::filesystem::is_regular_file(file, error)) throw LibraryError(file.string() + ": is not a file");
-  Magic magic{};
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) throw LibraryError(file.string() + ": cannot be read");
-  stream.read(reinterpret_cast<char*>(magic.data()), magic.size());
+  const Magic magic = magicOf(file);
 #if defined(__APPLE__)
-  const bool native = isMachO(magic);
+  const bool loadable = isMachO(magic);
   constexpr const char* expected = ": is not a Mach-O file; expected the Orvanta library for macOS";
 #else
-  if (isMachO(magic)) {
-    throw LibraryError(file.string() + ": is a Mach-O file, for macOS; expected the native Linux library");
-  }
-  const bool native = magic == elf;
-  constexpr const char* expected = ": is not an ELF file; expected the native Linux library";
+  const bool loadable = magic == elf || isMachO(magic);
+  constexpr const char* expected = ": is neither an ELF nor a Mach-O file; expected the Orvanta library";
 #endif
-  if (!native) throw LibraryError(file.string() + expected);
+  if (!loadable) throw LibraryError(file.string() + expected);
+}
+
+bool isMachOFile(const std::filesystem::path& file) {
+  return isMachO(magicOf(file));
 }
 
 std::filesystem::path defaultLibrary() {

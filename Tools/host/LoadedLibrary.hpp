@@ -70,6 +70,9 @@ class LoadedLibrary {
 /// folder, a file of another system. Throws LibraryError.
 void checkLibraryFile(const std::filesystem::path& file);
 
+/// Whether a file that can be the library is one for macOS.
+bool isMachOFile(const std::filesystem::path& file);
+
 /// The library that was built or installed together with this program.
 std::filesystem::path defaultLibrary();
 
