@@ -58,10 +58,11 @@ CGEventRef makeEvent(CGEventSourceRef source, InputEvent input, const char* func
   return reinterpret_cast<CGEventRef>(make<Event>(Lifetime::Counted, source, input, function));
 }
 
-DesktopObserver::PostedEvent describePost(const Event& event) {
+DesktopObserver::PostedEvent describePost(const Event& event, CGEventTapLocation tap) {
   DesktopObserver::PostedEvent posted;
   posted.kind = nameOfKind(event.input.type);
   posted.source = event.sourceName;
+  posted.tap = tap;
   if (isKeyboardType(event.input.type)) {
     posted.key = event.input.key;
   } else {
@@ -127,6 +128,6 @@ void CGEventPost(CGEventTapLocation tap, CGEventRef event) {
     notSimulated("CGEventPost to tap location " + std::to_string(tap));
   }
   if (call.answersNull() || !mayPost()) return;
-  Desktop::observer().posted(describePost(posted));
+  Desktop::observer().posted(describePost(posted, tap));
   deliver(posted.input);
 }

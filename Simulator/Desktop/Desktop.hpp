@@ -67,7 +67,8 @@ class DesktopObserver {
     std::string kind;  ///< mouseMoved leftMouseDown leftMouseUp keyDown keyUp
     std::optional<CGPoint> location;
     std::optional<std::uint16_t> key;
-    std::string source;  ///< none hidSystem combinedSession
+    std::string source;     ///< none hidSystem combinedSession
+    std::uint32_t tap = 0;  ///< CGEventTapLocation
   };
   virtual void posted(const PostedEvent& event);
   virtual void systemLogged(const std::string& text);

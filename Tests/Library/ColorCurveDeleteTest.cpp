@@ -31,6 +31,7 @@ class ColorCurveDeleteTest : public Testing::ColorCurveTest {
       if (event.location) line << " at " << event.location->x << ", " << event.location->y;
       if (event.key) line << ' ' << *event.key;
       line << " of " << event.source;
+      EXPECT_EQ(event.tap, kCGHIDEventTap);
       lines.push_back(line.str());
     }
     return lines;

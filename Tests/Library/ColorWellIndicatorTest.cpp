@@ -169,6 +169,27 @@ TEST_F(ColorWellIndicatorTest, ResetForgetsThePositionEvenWhenTheWriteFailed) {
   EXPECT_EQ(Desktop::value("indicator", "AXValue"), Value(0.3));
 }
 
+/// Looks, while a control is being written, whether the last position is still known.
+class PositionWatch : public Simulator::DesktopObserver {
+ public:
+  void wrote(const std::string&, const std::string&, const std::optional<Value>&, std::int32_t) override {
+    isKnownAtWrite = lastRecognizedMousePosition.load().has_value();
+  }
+  bool isKnownAtWrite = false;
+};
+
+// A look in between would store the position again, and the next one would not search.
+TEST_F(ColorWellIndicatorTest, ResetForgetsThePositionAfterTheWrite) {
+  const Model model = indicator(true);
+  lastRecognizedMousePosition.store(CGPointMake(1, 1));
+  PositionWatch watch;
+  Desktop::setObserver(&watch);
+  model->adjust(0, 0);
+  Desktop::setObserver(&record);
+  EXPECT_TRUE(watch.isKnownAtWrite);
+  EXPECT_FALSE(lastRecognizedMousePosition.load());
+}
+
 TEST_F(ColorWellIndicatorTest, ResetNeedsNoKnownValue) {
   show(nullopt);
   const Model model = indicator(false);

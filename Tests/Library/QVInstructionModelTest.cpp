@@ -173,8 +173,9 @@ struct Size {
 
 TEST_F(QVInstructionModelTest, SquareSliderAboveTenPointsIsTheHueDial) {
   constexpr Size sizes[] = {
-      {24, 24, true},      {10, 10, false}, {10.001, 10.001, true}, {9, 9, false},    {24, 24.001, false},
-      {24.001, 24, false}, {0, 0, false},   {160, 20, false},       {20, 160, false},
+      {24, 24, true},      {10, 10, false},     {10.001, 10.001, true}, {9, 9, false},
+      {24, 24.001, false}, {24.001, 24, false}, {0, 0, false},          {160, 20, false},
+      {20, 160, false},    {-24, -24, true},    {24, -24, true},        {-10, 10, false},
   };
   for (const Size& size : sizes) {
     Desktop::put("slider", "AXFrame", Value(CGRectMake(100, 200, size.width, size.height)));

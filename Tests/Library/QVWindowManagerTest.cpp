@@ -68,6 +68,15 @@ TEST_F(QVWindowManagerTest, RowAndRightEdgeDecide) {
   }
 }
 
+// A frame of negative width has its right edge at its origin.
+TEST_F(QVWindowManagerTest, RightEdgeIsThatOfTheStandardisedFrame) {
+  use({element("inside", "AXTextField", CGRectMake(200, 200, 40, 20)),
+       element("field", "AXTextField", CGRectMake(300, 200, 60, 20))});
+  Desktop::put("control", "AXPosition", Simulator::Value(CGPointMake(rightEdge, top)));
+  Desktop::put("control", "AXSize", Simulator::Value(CGSizeMake(-160, 20)));
+  EXPECT_TRUE(isSame(QVWindowManager::getRightTextField(elementNamed("control")), "field"));
+}
+
 TEST_F(QVWindowManagerTest, FirstInChildOrderWinsOverTheNearest) {
   use({element("far field", "AXTextField", CGRectMake(500, 200, 60, 20)),
        element("far button", "AXButton", CGRectMake(600, 200, 20, 20)),

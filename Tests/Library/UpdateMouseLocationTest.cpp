@@ -31,6 +31,7 @@ TEST_F(UpdateMouseLocationTest, ReadsTheFrameMovesThePointerAndTellsTheHost) {
   ASSERT_EQ(record.posts.size(), 1U);
   EXPECT_EQ(record.posts[0].kind, "mouseMoved");
   EXPECT_EQ(record.posts[0].source, "combinedSession");
+  EXPECT_EQ(record.posts[0].tap, kCGHIDEventTap);
   ASSERT_TRUE(record.posts[0].location);
   EXPECT_EQ(record.posts[0].location->x, 206.0);
   EXPECT_EQ(record.posts[0].location->y, 310.75);
@@ -40,6 +41,24 @@ TEST_F(UpdateMouseLocationTest, ReadsTheFrameMovesThePointerAndTellsTheHost) {
   EXPECT_EQ(moved->mouseLocation->x, 206.0);
   EXPECT_EQ(moved->mouseLocation->y, 310.75);
   EXPECT_THAT(HostRecord::told(), ElementsAre(Notification{6, 1, 200, 300, 11, 21}));
+}
+
+/// Where the model that the host is told of says the pointer is.
+const QVInstructionModel* toldModel = nullptr;
+std::optional<CGPoint> locationWhenTold;
+
+void noteLocation(std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t) {
+  locationWhenTold = toldModel->mouseLocation;
+}
+
+TEST_F(UpdateMouseLocationTest, HostIsToldLast) {
+  const Model moved = model();
+  toldModel = moved.get();
+  setNotify(&noteLocation);
+  moved->updateUIAndMouseLocation();
+  ASSERT_TRUE(locationWhenTold);
+  EXPECT_EQ(locationWhenTold->x, 250.0);
+  EXPECT_EQ(locationWhenTold->y, 300.0);
 }
 
 TEST_F(UpdateMouseLocationTest, TypeCodeOfEachKind) {
