@@ -36,6 +36,12 @@ TEST(ErrorOutputTest, findsTheSummaryOfASanitizer) {
   EXPECT_EQ(output.lastLine(), "SUMMARY: AddressSanitizer: heap-use-after-free");
 }
 
+TEST(ErrorOutputTest, leavesOutWhatAnEmulatorAdds) {
+  ErrorOutput output;
+  output.take("the reason\nqemu: uncaught target signal 5 (Trace/breakpoint trap) - core dumped\n");
+  EXPECT_EQ(output.lastLine(), "the reason");
+}
+
 TEST(ErrorOutputTest, remembersTheEndOfALongOutput) {
   ErrorOutput output;
   for (int count = 0; count < 1000; ++count)

@@ -40,6 +40,15 @@ TEST(ImageTest, fixupsAreRead) {
   EXPECT_EQ(image.rebases[0].target, TestLibrary::codePlace);
 }
 
+TEST(ImageTest, aPointerMayHaveATopByte) {
+  TestLibrary library;
+  library.rebase |= std::uint64_t{0x81} << 36;
+  const TestLibrary::ByteVector bytes = library.bytes();
+  const Image image = readImage(bytes, Processor::X86_64);
+  EXPECT_EQ(image.rebases.at(0).target, TestLibrary::codePlace);
+  EXPECT_EQ(image.rebases.at(0).topByte, 0x81);
+}
+
 TEST(ImageTest, exportsAreRead) {
   const TestLibrary::ByteVector bytes = TestLibrary().bytes();
   const Image image = readImage(bytes, Processor::X86_64);

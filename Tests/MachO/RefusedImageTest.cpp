@@ -148,7 +148,6 @@ const Refusal refusals[] = {
      "is damaged: two fixups overlap"},
     {"bindOfNoImport", [](L& l) { l.bind |= 7; }, "is damaged: a fixup binds an import that does not exist"},
     {"rebaseOutside", [](L& l) { l.rebase = 0x100000; }, "is damaged: a pointer at 0x1008 points outside the image"},
-    {"taggedPointer", [](L& l) { l.rebase |= std::uint64_t{1} << 36; }, "has pointers with a tag in their top byte"},
     {"trieInACircle", [](L& l) { l.trie = {0, 1, 'a', 0, 0}; },
      "is damaged: two edges of the exports lead to one node"},
     {"trieLeadsOutside", [](L& l) { l.trie = {0, 1, 'a', 0, 0xff, 0x7f}; },

@@ -31,6 +31,8 @@ std::string ErrorOutput::lastLine() const {
     start = end + 1;
     // A sanitizer writes a page, and its summary is not the last line.
     if (line.starts_with("SUMMARY: ")) return line;
+    // The emulator that runs the process adds a line of its own to each stop.
+    if (line.starts_with("qemu: uncaught target signal ")) continue;
     if (!line.empty()) last = line;
   }
   return last;

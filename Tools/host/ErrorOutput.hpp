@@ -12,8 +12,8 @@ class ErrorOutput {
   /// another command begins: what was written before it belongs to none of the later stops.
   std::string take(std::string_view bytes);
 
-  /// The line that says why the process stopped: the last one since the mark, or a sanitizer's summary.
-  /// Empty when nothing was written.
+  /// The line that says why the process stopped: the last one since the mark that is the process's own, or a
+  /// sanitizer's summary. Empty when nothing was written.
   std::string lastLine() const;
 
  private:

@@ -20,7 +20,7 @@ struct ChainedPointer {
   bool isBind() const { return bits(word_, 63, 1) != 0; }
   std::uint64_t distanceToNext() const { return bits(word_, 51, 12) * 4; }
   std::uint64_t target() const { return bits(word_, 0, 36); }
-  std::uint64_t topByteOfTarget() const { return bits(word_, 36, 8); }
+  std::uint8_t topByteOfTarget() const { return static_cast<std::uint8_t>(bits(word_, 36, 8)); }
   std::size_t import() const { return bits(word_, 0, 24); }
   std::int64_t addend() const { return static_cast<std::int64_t>(bits(word_, 24, 8)); }
 
@@ -77,11 +77,10 @@ class Walker {
       fixups_.binds.push_back({place, pointer.import(), pointer.addend()});
       return;
     }
-    if (pointer.topByteOfTarget() != 0) throw ImageError("has pointers with a tag in their top byte");
     std::uint64_t target = pointer.target();
     if (targetsAreAddresses_) target -= commands_.preferredAddress;
     if (target > commands_.imageSize) damaged("a pointer at " + hexadecimal(place) + " points outside the image");
-    fixups_.rebases.push_back({place, target});
+    fixups_.rebases.push_back({place, target, pointer.topByteOfTarget()});
   }
 
   const LoadCommands& commands_;

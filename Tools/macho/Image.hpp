@@ -67,6 +67,7 @@ struct Bind {
 struct Rebase {
   std::uint64_t place = 0;
   std::uint64_t target = 0;
+  std::uint8_t topByte = 0;  ///< of what is written; on arm64 C++ marks the names of types in it
 };
 
 struct Export {

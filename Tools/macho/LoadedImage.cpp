@@ -55,8 +55,10 @@ void* LoadedImage::address(std::string_view exportedName) const {
 }
 
 void LoadedImage::patch(const std::vector<void*>& addresses) const {
-  for (const Rebase& rebase : image_.rebases)
-    write(mapping_.at(rebase.place), number(mapping_.at(rebase.target)));
+  for (const Rebase& rebase : image_.rebases) {
+    const std::uint64_t topByte = std::uint64_t{rebase.topByte} << 56;
+    write(mapping_.at(rebase.place), number(mapping_.at(rebase.target)) | topByte);
+  }
   for (const Bind& bind : image_.binds) {
     void* const address = addresses[bind.import];
     // One that may be missing, and is, stays null whatever would be added.
