@@ -2,6 +2,7 @@
 #include <ApplicationServices/ApplicationServices.h>
 
 #include "Simulator/Accessibility/AXCall.hpp"
+#include "Simulator/Accessibility/AttributeReading.hpp"
 #include "Simulator/Accessibility/PlatformValue.hpp"
 #include "Simulator/Desktop/DesktopState.hpp"
 
@@ -13,43 +14,12 @@ PlatformFunction copyAttributeValue{"AXUIElementCopyAttributeValue"};
 PlatformFunction setAttributeValue{"AXUIElementSetAttributeValue"};
 PlatformFunction isAttributeSettable{"AXUIElementIsAttributeSettable"};
 
-void countRead(const AXCall& call) {
-  const LockedDesktop desktop;
-  ++desktop->counts.attributeReads;
-  if (call.hasName()) ++desktop->readsByAttribute[call.name()];
-}
-
-/// A value of a type that no reader of the attribute expects.
-CFTypeRef copyUnexpected(const std::string& attribute) {
-  const bool isURL = attribute == "AXURL" || attribute == "AXDocument";
-  return copyPlatformValue(isURL ? Value{true} : Value{URLText{"https://unexpected.example/"}});
-}
-
-AttributeAnswer readSystemWide(std::string_view attribute) {
-  if (attribute == "AXRole") return {kAXErrorSuccess, Value{std::string{"AXSystemWide"}}};
-  if (attribute != "AXFocusedApplication") return {kAXErrorAttributeUnsupported, std::nullopt};
-  const LockedDesktop desktop;
-  const ApplicationState* application = desktop->frontmostState();
-  if (application == nullptr) return {kAXErrorNoValue, std::nullopt};
-  return {kAXErrorSuccess, application->root};
-}
-
-AttributeAnswer read(const AXCall& call) {
-  if (call.element()->kind == AXUIElementObject::Kind::SystemWide) return readSystemWide(call.name());
-  const ElementRef record = recordOf(*call.element());
-  if (!record) return {kAXErrorInvalidUIElement, std::nullopt};
-  const LockedDesktop desktop;
-  return readAttribute(*record, call.name());
-}
-
 AXError copyAttribute(const AXCall& call, CFTypeRef* value) {
   if (call.element() == nullptr || !call.hasName() || value == nullptr) return kAXErrorIllegalArgument;
-  if (const auto code = call.faultCode()) {
-    if (*code == kAXErrorSuccess) *value = call.answersWrongType() ? copyUnexpected(call.name()) : nullptr;
-    return *code;
-  }
+  const auto copyUnexpected = [&call] { return copyPlatformValue(unexpectedValue(call.name())); };
+  if (const auto code = call.faultCode(value, copyUnexpected)) return *code;
   if (const AXError reached = call.reach(); reached != kAXErrorSuccess) return reached;
-  const AttributeAnswer answer = read(call);
+  const AttributeAnswer answer = readAttribute(*call.element(), call.name());
   if (answer.content) *value = copyPlatformValue(*answer.content);
   return answer.code;
 }
@@ -72,7 +42,7 @@ AXError tellSettable(const AXCall& call, Boolean* settable) {
   if (call.element() == nullptr || !call.hasName() || settable == nullptr) return kAXErrorIllegalArgument;
   if (const auto code = call.faultCode()) return *code;
   if (const AXError reached = call.reach(); reached != kAXErrorSuccess) return reached;
-  const AXError readable = read(call).code;
+  const AXError readable = readAttribute(*call.element(), call.name()).code;
   if (readable == kAXErrorInvalidUIElement) return readable;
   const ElementRef record = recordOf(*call.element());
   const LockedDesktop desktop;

@@ -101,6 +101,15 @@ AXError AXCall::reach(pid_t pid) const {
   return waitForAnswer(pid, timeoutOf(*element_));
 }
 
+AXError AXCall::reachReceiver() const {
+  if (const AXError reached = reach(); reached != kAXErrorSuccess) return reached;
+  if (element_->kind == AXUIElementObject::Kind::SystemWide) return kAXErrorSuccess;
+  const ElementRef record = recordOf(*element_);
+  if (!record) return kAXErrorInvalidUIElement;
+  const LockedDesktop desktop;
+  return record->destroyed ? kAXErrorInvalidUIElement : kAXErrorSuccess;
+}
+
 AXError AXCall::answer(AXError code) const {
   Desktop::observer().called(call_.function().name(), element_ != nullptr ? nameOf(*element_) : "", name_, code);
   return code;

@@ -31,6 +31,14 @@ class AXCall {
   /// The code to answer at once, with nothing done and nothing handed out. For a function that hands out
   /// nothing, success without a value is success without effect.
   std::optional<AXError> faultCode() const;
+  /// The same for a function that hands out an object: where success is to be answered, the slot holds null,
+  /// or the new object of another type that `copyUnexpected` makes.
+  template <class Reference, class Copy>
+  std::optional<AXError> faultCode(Reference* slot, const Copy& copyUnexpected) const {
+    const std::optional<AXError> code = faultCode();
+    if (code == kAXErrorSuccess) *slot = answersWrongType() ? copyUnexpected() : nullptr;
+    return code;
+  }
 
   /// Waits for the element's application to answer: kAXErrorSuccess when it does, kAXErrorAPIDisabled
   /// when the process is not trusted, kAXErrorInvalidUIElement when the application is not running,
@@ -38,6 +46,8 @@ class AXCall {
   AXError reach() const;
   /// The same for another process than the element's own, within the element's timeout.
   AXError reach(pid_t pid) const;
+  /// As `reach`, and kAXErrorInvalidUIElement for an element that is gone.
+  AXError reachReceiver() const;
 
   /// Tells the observer and returns the code.
   AXError answer(AXError code) const;

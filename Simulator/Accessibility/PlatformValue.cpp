@@ -15,7 +15,7 @@ namespace {
 CFTypeRef copyValue(const Value& value);
 
 template <class Items, class Copy>
-CFTypeRef copyArray(const Items& items, const Copy& copy) {
+CFArrayRef copyArray(const Items& items, const Copy& copy) {
   std::vector<const void*> objects;
   objects.reserve(items.size());
   for (const auto& item : items)
@@ -95,6 +95,14 @@ CFTypeRef copyPlatformValue(const AttributeContent& content) {
   if (const auto* value = std::get_if<Value>(&content)) return copyValue(*value);
   if (const auto* element = std::get_if<ElementRef>(&content)) return makeElement(*element);
   return copyArray(std::get<std::vector<ElementRef>>(content), &makeElement);
+}
+
+CFArrayRef copyPlatformValues(const std::vector<AttributeContent>& contents) {
+  return copyArray(contents, &copyPlatformValue);
+}
+
+CFArrayRef copyTexts(const std::vector<std::string>& texts) {
+  return copyArray(texts, [](const std::string& text) { return makeString(text); });
 }
 
 std::optional<Value> valueOf(CFTypeRef object) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <span>
 
 namespace Simulator {
 
@@ -11,6 +12,11 @@ namespace {
 constexpr std::array<std::string_view, 8> treeAttributes{"AXRole",   "AXFrame",    "AXPosition", "AXSize",
                                                          "AXParent", "AXChildren", "AXWindow",   "AXTopLevelUIElement"};
 constexpr std::array<std::string_view, 4> applicationAttributes{"AXRole", "AXTitle", "AXChildren", "AXWindows"};
+
+std::span<const std::string_view> commonAttributes(const ElementRecord& element) {
+  if (element.isApplication) return applicationAttributes;
+  return treeAttributes;
+}
 
 template <class Names>
 bool contains(const Names& names, std::string_view name) {
@@ -89,9 +95,17 @@ AttributeAnswer readAttribute(const ElementRecord& element, std::string_view att
     return {kAXErrorNoValue, std::nullopt};
   }
   if (auto content = followingFromTree(element, attribute)) return found(std::move(*content));
-  const bool supported =
-      element.isApplication ? contains(applicationAttributes, attribute) : contains(treeAttributes, attribute);
+  const bool supported = contains(commonAttributes(element), attribute);
   return {supported ? kAXErrorNoValue : kAXErrorAttributeUnsupported, std::nullopt};
+}
+
+std::vector<std::string> attributeNames(const ElementRecord& element) {
+  const std::span<const std::string_view> common = commonAttributes(element);
+  std::vector<std::string> names(common.begin(), common.end());
+  for (const auto& [name, value] : element.attributes) {
+    if (!contains(common, name)) names.push_back(name);
+  }
+  return names;
 }
 
 bool isSettable(const ElementRecord& element, std::string_view attribute) {

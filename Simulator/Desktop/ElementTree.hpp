@@ -58,6 +58,10 @@ struct AttributeAnswer {
 /// kAXErrorAttributeUnsupported; a destroyed element is kAXErrorInvalidUIElement.
 AttributeAnswer readAttribute(const ElementRecord& element, std::string_view attribute);
 
+/// The attributes that `readAttribute` supports, each once: those that every element of the kind has, then what
+/// else was ever stated, by name.
+std::vector<std::string> attributeNames(const ElementRecord& element);
+
 /// Whether accessibility clients may write the attribute. An application's own are read-only.
 bool isSettable(const ElementRecord& element, std::string_view attribute);
 

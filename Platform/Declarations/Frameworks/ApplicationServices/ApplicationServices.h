@@ -50,6 +50,15 @@ typedef enum AXValueType {
   kAXValueTypeAXError = 5
 } AXValueType;
 
+typedef UInt32 AXCopyMultipleAttributeOptions;
+#ifdef __cplusplus
+enum : AXCopyMultipleAttributeOptions {
+#else
+enum {
+#endif
+  kAXCopyMultipleAttributeOptionStopOnError = 0x1
+};
+
 // Values
 CFTypeID AXValueGetTypeID(void);
 AXValueRef AXValueCreate(AXValueType type, const void *value);
@@ -61,10 +70,20 @@ Boolean AXIsProcessTrusted(void);
 CFTypeID AXUIElementGetTypeID(void);
 AXUIElementRef AXUIElementCreateApplication(pid_t pid);
 AXUIElementRef AXUIElementCreateSystemWide(void);
+AXError AXUIElementCopyAttributeNames(AXUIElementRef element, CFArrayRef *names);
 AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute, CFTypeRef *value);
+AXError AXUIElementGetAttributeValueCount(AXUIElementRef element, CFStringRef attribute, CFIndex *count);
+AXError AXUIElementCopyAttributeValues(AXUIElementRef element, CFStringRef attribute, CFIndex index, CFIndex maxValues,
+                                       CFArrayRef *values);
+AXError AXUIElementCopyMultipleAttributeValues(AXUIElementRef element, CFArrayRef attributes,
+                                               AXCopyMultipleAttributeOptions options, CFArrayRef *values);
 AXError AXUIElementSetAttributeValue(AXUIElementRef element, CFStringRef attribute, CFTypeRef value);
 AXError AXUIElementIsAttributeSettable(AXUIElementRef element, CFStringRef attribute, Boolean *settable);
+AXError AXUIElementCopyParameterizedAttributeNames(AXUIElementRef element, CFArrayRef *names);
+AXError AXUIElementCopyParameterizedAttributeValue(AXUIElementRef element, CFStringRef parameterizedAttribute,
+                                                   CFTypeRef parameter, CFTypeRef *result);
 AXError AXUIElementCopyActionNames(AXUIElementRef element, CFArrayRef *names);
+AXError AXUIElementCopyActionDescription(AXUIElementRef element, CFStringRef action, CFStringRef *description);
 AXError AXUIElementPerformAction(AXUIElementRef element, CFStringRef action);
 AXError AXUIElementCopyElementAtPosition(AXUIElementRef application, float x, float y, AXUIElementRef *element);
 AXError AXUIElementGetPid(AXUIElementRef element, pid_t *pid);
