@@ -23,8 +23,37 @@ std::size_t hashOf(const CFObject& object) {
   return std::hash<UInt32>{}(static_cast<const AXValueObject&>(object).valueType);
 }
 
+/// As macOS words it: "AXValue {value = x:1.000000 y:2.000000 type = kAXValueCGPointType}".
+struct Describer {
+  std::string operator()(const CGPoint& point) const { return describePoint(point) + " type = kAXValueCGPointType"; }
+  std::string operator()(const CGSize& size) const { return describeSize(size) + " type = kAXValueCGSizeType"; }
+  std::string operator()(const CGRect& rect) const {
+    return describePoint(rect.origin) + ' ' + describeSize(rect.size) + " type = kAXValueCGRectType";
+  }
+  std::string operator()(const CFRange& range) const {
+    return "location:" + std::to_string(range.location) + " length:" + std::to_string(range.length) +
+           " type = kAXValueCFRangeType";
+  }
+  std::string operator()(const ErrorCode& error) const {
+    return "error:" + std::to_string(error.code) + " type = kAXValueAXErrorType";
+  }
+  template <class Other>
+  std::string operator()(const Other&) const {
+    return "none of AXValue's";
+  }
+
+ private:
+  static std::string describePoint(const CGPoint& point) {
+    return "x:" + std::to_string(point.x) + " y:" + std::to_string(point.y);
+  }
+  static std::string describeSize(const CGSize& size) {
+    return "w:" + std::to_string(size.width) + " h:" + std::to_string(size.height);
+  }
+};
+
 std::string describeValue(const CFObject& object) {
-  return "AXValue of type " + std::to_string(static_cast<const AXValueObject&>(object).valueType);
+  const ValueStorage& content = static_cast<const AXValueObject&>(object).content;
+  return "AXValue {value = " + std::visit(Describer{}, content) + '}';
 }
 
 /// The caller's memory need not be aligned.

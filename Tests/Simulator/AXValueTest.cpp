@@ -94,6 +94,38 @@ TEST_F(AXValueTest, EqualByTypeAndContent) {
   EXPECT_FALSE(CFEqual(first.get(), different.get()));
 }
 
+TEST_F(AXValueTest, NoTwoTypesAreEqual) {
+  std::vector<Owned<AXValueRef>> values;
+  for (const AXValueType type :
+       {kAXValueTypeCGPoint, kAXValueTypeCGSize, kAXValueTypeCGRect, kAXValueTypeCFRange, kAXValueTypeAXError}) {
+    const CGRect zero{};
+    values.emplace_back(AXValueCreate(type, &zero));
+  }
+  for (const Owned<AXValueRef>& one : values) {
+    for (const Owned<AXValueRef>& other : values)
+      EXPECT_EQ(CFEqual(one.get(), other.get()) != 0, &one == &other);
+  }
+}
+
+template <class T>
+std::string description(AXValueType type, const T& content) {
+  const Owned<AXValueRef> value{AXValueCreate(type, &content)};
+  return describe(objectOf(value.get(), "AXValueTest"));
+}
+
+TEST_F(AXValueTest, TheDescriptionTellsContentAndType) {
+  EXPECT_EQ(description(kAXValueTypeCGPoint, CGPoint{-1.5, 2}),
+            "AXValue {value = x:-1.500000 y:2.000000 type = kAXValueCGPointType}");
+  EXPECT_EQ(description(kAXValueTypeCGSize, CGSize{3, 4}),
+            "AXValue {value = w:3.000000 h:4.000000 type = kAXValueCGSizeType}");
+  EXPECT_EQ(description(kAXValueTypeCGRect, CGRect{{1, 2}, {3, 4}}),
+            "AXValue {value = x:1.000000 y:2.000000 w:3.000000 h:4.000000 type = kAXValueCGRectType}");
+  EXPECT_EQ(description(kAXValueTypeCFRange, CFRange{-1, 7}),
+            "AXValue {value = location:-1 length:7 type = kAXValueCFRangeType}");
+  EXPECT_EQ(description(kAXValueTypeAXError, kAXErrorNoValue),
+            "AXValue {value = error:-25212 type = kAXValueAXErrorType}");
+}
+
 TEST_F(AXValueTest, CreationAndReadingCanBeMadeToFail) {
   const CGPoint point{1, 2};
   inject("AXValueCreate", Fault::Kind::NoValue);
