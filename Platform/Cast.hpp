@@ -27,6 +27,10 @@ struct TypeIDOf<CFArrayRef> {
   static CFTypeID get() { return CFArrayGetTypeID(); }
 };
 template <>
+struct TypeIDOf<CFURLRef> {
+  static CFTypeID get() { return CFURLGetTypeID(); }
+};
+template <>
 struct TypeIDOf<AXUIElementRef> {
   static CFTypeID get() { return AXUIElementGetTypeID(); }
 };

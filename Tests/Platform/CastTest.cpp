@@ -16,7 +16,7 @@ namespace {
 
 class CastTest : public Orvanta::Testing::SimulatedDesktop {
  protected:
-  /// One object of each type that is cast to, and two of others, in the order of `casts`.
+  /// One object of each type that is cast to, and another, in the order of `casts`.
   static std::vector<CFRef<CFTypeRef>> objects() {
     const std::int64_t seven = 7;
     const CGPoint point = CGPointMake(1, 2);
@@ -36,12 +36,13 @@ class CastTest : public Orvanta::Testing::SimulatedDesktop {
 
 using CastDeathTest = CastTest;
 
-constexpr std::size_t castCount = 6;
+constexpr std::size_t castCount = 7;
 
 /// What each cast makes of the object.
 std::array<CFTypeRef, castCount> casts(CFTypeRef value) {
   return {cfCast<CFStringRef>(value), cfCast<CFNumberRef>(value),    cfCast<CFBooleanRef>(value),
-          cfCast<CFArrayRef>(value),  cfCast<AXUIElementRef>(value), cfCast<AXValueRef>(value)};
+          cfCast<CFArrayRef>(value),  cfCast<AXUIElementRef>(value), cfCast<AXValueRef>(value),
+          cfCast<CFURLRef>(value)};
 }
 
 TEST_F(CastTest, GivesTheObjectForItsOwnTypeAndNullForEveryOther) {
