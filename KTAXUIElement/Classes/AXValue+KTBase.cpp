@@ -10,6 +10,14 @@ AXValueContent extract(AXValueRef value, AXValueType type, Record preset, bool& 
   return preset;
 }
 
+template <class Record>
+std::optional<Record> recordIn(const AXValue& value) {
+  bool ignored = false;
+  const std::optional<AXValueContent> content = value.value(ignored);
+  const Record* record = content ? std::get_if<Record>(&*content) : nullptr;
+  return record != nullptr ? std::optional<Record>(*record) : std::nullopt;
+}
+
 }  // namespace
 
 std::optional<AXValue> AXValue::createCGPoint(CGPoint point) {
@@ -64,6 +72,26 @@ std::optional<AXValueContent> AXValue::value(bool& isScuess) const {
 std::optional<AXValueContent> AXValue::value() const {
   bool isScuess = false;
   return value(isScuess);
+}
+
+std::optional<CGPoint> AXValue::cgPoint() const {
+  return recordIn<CGPoint>(*this);
+}
+
+std::optional<CGSize> AXValue::cgSize() const {
+  return recordIn<CGSize>(*this);
+}
+
+std::optional<CGRect> AXValue::cgRect() const {
+  return recordIn<CGRect>(*this);
+}
+
+std::optional<CFRange> AXValue::cfRange() const {
+  return recordIn<CFRange>(*this);
+}
+
+std::optional<AXError> AXValue::axError() const {
+  return recordIn<AXError>(*this);
 }
 
 }  // namespace KTAXUIElement

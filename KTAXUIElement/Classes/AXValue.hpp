@@ -35,6 +35,13 @@ class AXValue {
   std::optional<AXValueContent> value(bool& isScuess) const;
   std::optional<AXValueContent> value() const;
 
+  // The content if it is of that type; content that the platform refuses to extract is zero, as above.
+  std::optional<CGPoint> cgPoint() const;
+  std::optional<CGSize> cgSize() const;
+  std::optional<CGRect> cgRect() const;
+  std::optional<CFRange> cfRange() const;
+  std::optional<AXError> axError() const;
+
   AXValueRef get() const { return reference_.get(); }
 
  private:

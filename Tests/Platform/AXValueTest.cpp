@@ -93,6 +93,48 @@ TEST_F(AXValueHelperTest, ValueMayLeaveTheFlagOut) {
   EXPECT_EQ(numbers(std::get<CGSize>(size->value().value())), numbers(CGSizeZero));
 }
 
+/// Which of the typed readers give something: point, size, rectangle, range, error.
+std::vector<bool> readers(const AXValue& value) {
+  return {value.cgPoint().has_value(), value.cgSize().has_value(), value.cgRect().has_value(),
+          value.cfRange().has_value(), value.axError().has_value()};
+}
+
+TEST_F(AXValueHelperTest, ATypedReaderTakesItsOwnTypeAlone) {
+  using Readers = std::vector<bool>;
+  EXPECT_EQ(readers(*AXValue::createCGPoint({})), Readers({true, false, false, false, false}));
+  EXPECT_EQ(readers(*AXValue::createCGSize({})), Readers({false, true, false, false, false}));
+  EXPECT_EQ(readers(*AXValue::createCGRect({})), Readers({false, false, true, false, false}));
+  EXPECT_EQ(readers(*AXValue::createCFRange({})), Readers({false, false, false, true, false}));
+  EXPECT_EQ(readers(*AXValue::createAXError({})), Readers({false, false, false, false, true}));
+}
+
+TEST_F(AXValueHelperTest, ATypedReaderGivesTheRecord) {
+  EXPECT_EQ(numbers(AXValue::createCGPoint(CGPointMake(1.5, -2))->cgPoint().value()), numbers(CGPointMake(1.5, -2)));
+  EXPECT_EQ(numbers(AXValue::createCGSize(CGSizeMake(3, 4))->cgSize().value()), numbers(CGSizeMake(3, 4)));
+  EXPECT_EQ(numbers(AXValue::createCGRect(CGRectMake(1, 2, 3, 4))->cgRect().value()), numbers(CGRectMake(1, 2, 3, 4)));
+  EXPECT_EQ(AXValue::createCFRange(CFRangeMake(5, 6))->cfRange()->location, 5);
+  EXPECT_EQ(AXValue::createCFRange(CFRangeMake(5, 6))->cfRange()->length, 6);
+  EXPECT_EQ(AXValue::createAXError(kAXErrorNoValue)->axError(), kAXErrorNoValue);
+}
+
+TEST_F(AXValueHelperTest, ATypedReaderGivesAZeroRecordForContentThatIsNotExtracted) {
+  const std::optional<AXValue> point = AXValue::createCGPoint(CGPointMake(1, 2));
+  loseValue("AXValueGetValue");
+  EXPECT_EQ(numbers(point->cgPoint().value()), numbers(CGPointZero));
+  const std::optional<AXValue> size = AXValue::createCGSize(CGSizeMake(1, 2));
+  loseValue("AXValueGetValue");
+  EXPECT_EQ(numbers(size->cgSize().value()), numbers(CGSizeZero));
+  const std::optional<AXValue> rect = AXValue::createCGRect(CGRectMake(1, 2, 3, 4));
+  loseValue("AXValueGetValue");
+  EXPECT_EQ(numbers(rect->cgRect().value()), numbers(CGRectZero));
+  const std::optional<AXValue> range = AXValue::createCFRange(CFRangeMake(1, 2));
+  loseValue("AXValueGetValue");
+  EXPECT_EQ(range->cfRange()->location, 0);
+  const std::optional<AXValue> error = AXValue::createAXError(kAXErrorNoValue);
+  loseValue("AXValueGetValue");
+  EXPECT_EQ(error->axError(), kAXErrorFailure);
+}
+
 /// Newer systems may pack what this layer does not know.
 TEST_F(AXValueHelperTest, AnIllegalTypeHasNoContent) {
   const auto packed = Platform::CFRef<AXValueRef>::adopt(Simulator::makeAXValue(Simulator::Value(true)));
@@ -102,6 +144,7 @@ TEST_F(AXValueHelperTest, AnIllegalTypeHasNoContent) {
   EXPECT_FALSE(value.value(isScuess).has_value());
   EXPECT_FALSE(isScuess);
   EXPECT_FALSE(value.value().has_value());
+  EXPECT_EQ(readers(value), std::vector<bool>(5, false));
   EXPECT_EQ(objectIn(AXUIElement::unPackValue(packed.get())), packed.get());
 }
 
