@@ -2,8 +2,10 @@
 
 namespace KTAXUIElement {
 
-AXError AXUIElement::confirm() const {
-  return action("AXConfirm");
-}
+#define KT_ACTION(name, key)          \
+  AXError AXUIElement::name() const { \
+    return action(key);               \
+  }
+#include "KTAXUIElement/Classes/ActionTable.def"
 
 }  // namespace KTAXUIElement

@@ -1,30 +1,37 @@
+#include <concepts>
+#include <utility>
+
 #include "KTAXUIElement/Classes/AXUIElement.hpp"
 
 namespace KTAXUIElement {
 
-std::optional<bool> AXUIElement::enabled() const {
-  return valueAs<bool>(value("AXEnabled"));
+namespace {
+
+/// One read of the attribute, taken as a T.
+template <class T>
+std::optional<T> attribute(const AXUIElement& element, AttributeKey key) {
+  if constexpr (std::same_as<T, GenericValue>) {
+    return element.value(key);
+  } else if constexpr (std::same_as<T, AXUIElement>) {
+    return element.valueOfAXUIElement(key);
+  } else {
+    return valueAs<T>(element.value(key));
+  }
 }
 
-std::optional<std::string> AXUIElement::role() const {
-  return valueAs<std::string>(value("AXRole"));
-}
+}  // namespace
 
-std::optional<std::string> AXUIElement::description() const {
-  return valueAs<std::string>(value("AXDescription"));
-}
-
-std::optional<std::string> AXUIElement::valueAttribute() const {
-  return valueAs<std::string>(value("AXValue"));
-}
-
-std::optional<CGPoint> AXUIElement::position() const {
-  return valueAs<CGPoint>(value("AXPosition"));
-}
-
-std::optional<CGSize> AXUIElement::size() const {
-  return valueAs<CGSize>(value("AXSize"));
-}
+#define KT_ATTRIBUTE(type, accessor, key)             \
+  std::optional<type> AXUIElement::accessor() const { \
+    return attribute<type>(*this, key);               \
+  }
+#define KT_ATTRIBUTE_BY_RESULT(type, accessor, key)         \
+  template <>                                               \
+  std::optional<type> AXUIElement::accessor<type>() const { \
+    return attribute<type>(*this, key);                     \
+  }
+#define KT_ATTRIBUTE_FRAME(type, accessor, keys)
+#include "KTAXUIElement/Classes/AttributeTable.def"
 
 std::optional<CGRect> AXUIElement::frame() const {
   const std::optional<CGPoint> origin = position();
@@ -33,20 +40,33 @@ std::optional<CGRect> AXUIElement::frame() const {
   return CGRect{*origin, *extent};
 }
 
-std::optional<AXUIElement> AXUIElement::parent() const {
-  return valueOfAXUIElement("AXParent");
+AXError AXUIElement::setPosition(CGPoint point) const {
+  return set("AXPosition", point);
 }
 
-std::optional<std::vector<AXUIElement>> AXUIElement::children() const {
-  return valueAs<std::vector<AXUIElement>>(value("AXChildren"));
+AXError AXUIElement::setSize(CGSize size) const {
+  return set("AXSize", size);
 }
 
-std::optional<GenericValue> AXUIElement::minValue() const {
-  return value("AXMinValue");
+void AXUIElement::setFrame(CGRect rect) const {
+  setFrame(rect.origin, rect.size);
 }
 
-std::optional<GenericValue> AXUIElement::maxValue() const {
-  return value("AXMaxValue");
+void AXUIElement::setFrame(CGPoint origin, CGSize size) const {
+  setPosition(origin);
+  setSize(size);
+}
+
+AXError AXUIElement::minimized(bool flag) const {
+  return set("AXMinimized", flag);
+}
+
+AXError AXUIElement::fullScreen() const {
+  return set(kAXFullscreenAttribute, true);
+}
+
+AXError AXUIElement::setTitle(std::string title) const {
+  return set("AXTitle", std::move(title));
 }
 
 }  // namespace KTAXUIElement

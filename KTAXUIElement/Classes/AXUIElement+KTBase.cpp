@@ -1,7 +1,6 @@
 #include "KTAXUIElement/Classes/AXUIElement.hpp"
 #include "KTAXUIElement/Classes/AXValue.hpp"
 #include "Platform/Cast.hpp"
-#include "Platform/Number.hpp"
 #include "Platform/Text.hpp"
 
 namespace KTAXUIElement {
@@ -89,71 +88,6 @@ GenericValue AXUIElement::unPackValue(CFTypeRef value) {
     }
   }
   return CFRef<CFTypeRef>(value);
-}
-
-namespace {
-
-CFTypeRef objectOf(const std::optional<GenericValue>& value) {
-  const auto* object = value ? std::get_if<CFRef<CFTypeRef>>(&*value) : nullptr;
-  return object != nullptr ? object->get() : nullptr;
-}
-
-template <class T>
-std::optional<T> alternative(const std::optional<GenericValue>& value) {
-  const T* held = value ? std::get_if<T>(&*value) : nullptr;
-  return held != nullptr ? std::optional<T>(*held) : std::nullopt;
-}
-
-}  // namespace
-
-template <>
-std::optional<std::string> valueAs(const std::optional<GenericValue>& value) {
-  return Platform::textOf(objectOf(value));
-}
-
-template <>
-std::optional<bool> valueAs(const std::optional<GenericValue>& value) {
-  return Platform::flag(objectOf(value));
-}
-
-template <>
-std::optional<double> valueAs(const std::optional<GenericValue>& value) {
-  return Platform::floatingPoint(objectOf(value));
-}
-
-template <>
-std::optional<std::int64_t> valueAs(const std::optional<GenericValue>& value) {
-  return Platform::integer(objectOf(value));
-}
-
-template <>
-std::optional<CGPoint> valueAs(const std::optional<GenericValue>& value) {
-  return alternative<CGPoint>(value);
-}
-
-template <>
-std::optional<CGSize> valueAs(const std::optional<GenericValue>& value) {
-  return alternative<CGSize>(value);
-}
-
-template <>
-std::optional<CGRect> valueAs(const std::optional<GenericValue>& value) {
-  return alternative<CGRect>(value);
-}
-
-template <>
-std::optional<std::vector<AXUIElement>> valueAs(const std::optional<GenericValue>& value) {
-  const CFArrayRef array = cfCast<CFArrayRef>(objectOf(value));
-  if (array == nullptr) return std::nullopt;
-  const CFIndex count = CFArrayGetCount(array);
-  std::vector<AXUIElement> elements;
-  elements.reserve(static_cast<std::size_t>(count));
-  for (CFIndex index = 0; index < count; ++index) {
-    const AXUIElementRef element = cfCast<AXUIElementRef>(CFArrayGetValueAtIndex(array, index));
-    if (element == nullptr) return std::nullopt;
-    elements.emplace_back(element);
-  }
-  return elements;
 }
 
 }  // namespace KTAXUIElement

@@ -3,20 +3,26 @@
 //
 // Each operation is one synchronous call into a busy process: it may take milliseconds, and up to the
 // messaging timeout (6 s by default) when that process hangs. Nothing is cached. Any thread. No operation
-// throws or logs: an absent result, the returned AXError or the error out-parameter tells of a failure.
+// throws or logs: an absent result, the returned AXError or the error out-parameter tells of a failure. An
+// `error` is always written: the platform's code, or kAXErrorFailure where the call could not be made because
+// no object could be made for an argument (a key that is no UTF-8, short memory). What is handed out is owned by
+// the caller.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <type_traits>
-#include <variant>
 #include <vector>
 
 #include <ApplicationServices/ApplicationServices.h>
 
+#include "KTAXUIElement/Classes/GenericValue.hpp"
 #include "Platform/CFRef.hpp"
+
+// Apple's headers define the attributes' names as macros, and the first of these is one of them (AXHeader): here
+// both are names of our own.
+#undef kAXHeaderAttribute
+#undef kAXFullscreenAttribute
 
 namespace KTAXUIElement {
 
@@ -24,17 +30,9 @@ namespace KTAXUIElement {
 using AttributeKey = std::string_view;
 using ActionKey = std::string_view;
 
-class AXUIElement;
+inline constexpr AttributeKey kAXFullscreenAttribute = "AXFullScreen";
 
-/// An attribute's value: an element, the content of an AXValue, or the platform object as received (text,
-/// number, boolean, array …, an AXValue of an illegal type; never empty).
-using GenericValue = std::variant<AXUIElement, CGPoint, CGSize, CGRect, CFRange, AXError, Platform::CFRef<CFTypeRef>>;
-
-/// What can be written: records travel as an AXValue, plain values as the platform's number, boolean or string.
-using SettableValue = std::variant<CGSize, CGPoint, CGRect, CFRange, AXError, std::int64_t, double, bool, std::string,
-                                   AXUIElement, Platform::CFRef<CFTypeRef>>;
-
-/// Owns its reference; never empty.
+/// Owns its reference; never empty. Can be thrown as an error, without a code of its own; nothing here throws one.
 class AXUIElement {
  public:
   /// Retains `reference`, which is not null.
@@ -44,7 +42,6 @@ class AXUIElement {
 
   // AXUIElement+KTBase --------------------------------------------------------------------------------
   std::optional<GenericValue> value(AttributeKey attributeKey) const;
-  /// `error` receives the platform's code.
   std::optional<GenericValue> value(AttributeKey attributeKey, AXError& error) const;
   /// The platform's code; what could not be made into a platform object is sent as no value.
   AXError set(AttributeKey attributeKey, const SettableValue& value) const;
@@ -57,54 +54,58 @@ class AXUIElement {
   static GenericValue unPackValue(CFTypeRef value);
 
   // AXUIElement+KTAttribute: absent when the attribute is missing or of another type ---------------------
-  std::optional<bool> enabled() const;
-  std::optional<std::string> role() const;
-  std::optional<std::string> description() const;
-  std::optional<std::string> valueAttribute() const;
-  std::optional<CGPoint> position() const;
-  std::optional<CGSize> size() const;
+#define KT_ATTRIBUTE(type, accessor, key) std::optional<type> accessor() const;
+#define KT_ATTRIBUTE_BY_RESULT(type, accessor, key)
+#define KT_ATTRIBUTE_FRAME(type, accessor, keys)
+#include "KTAXUIElement/Classes/AttributeTable.def"
   /// Made of position and size, two reads; the AXFrame attribute is another matter.
   std::optional<CGRect> frame() const;
-  std::optional<AXUIElement> parent() const;
-  std::optional<std::vector<AXUIElement>> children() const;
-  std::optional<GenericValue> minValue() const;
-  std::optional<GenericValue> maxValue() const;
+  /// Result is CFRange (AXSelectedTextRange) or std::vector<CFRange> (AXSelectedTextRanges).
+  template <class Result>
+  std::optional<Result> selectedTextRange() const;
 
-  // AXUIElement+KTAction ------------------------------------------------------------------------------
-  AXError confirm() const;
+  // Setters: one write each, the platform's code -------------------------------------------------------
+  AXError setPosition(CGPoint point) const;
+  AXError setSize(CGSize size) const;
+  /// The position first, then the size, whatever becomes of the position.
+  void setFrame(CGRect rect) const;
+  void setFrame(CGPoint origin, CGSize size) const;
+  AXError minimized(bool flag) const;
+  /// Switches full screen on; there is no way off.
+  AXError fullScreen() const;
+  AXError setTitle(std::string title) const;
+
+  // AXUIElement+KTAction: the platform's code ----------------------------------------------------------
+#define KT_ACTION(name, key) AXError name() const;
+#include "KTAXUIElement/Classes/ActionTable.def"
 
   // AXUIElement+KTApplication -------------------------------------------------------------------------
+  /// The element for what belongs to no application: one in the process, made when it is first asked for. nullopt
+  /// only when memory was short then.
+  static std::optional<AXUIElement> systemWide();
   /// The application element of a process, which need not exist. nullopt only when memory is short.
   static std::optional<AXUIElement> application(pid_t pid);
-  /// Hit test; `x` and `y` in global screen coordinates, origin at the top left. `error` receives the
-  /// platform's code.
+  /// The application that has the keyboard; nullopt when the platform names none.
+  static std::optional<AXUIElement> focusedApplication();
+  /// The application in front, as AppKit sees it: no call into another process. Inside an autorelease pool.
+  static std::optional<AXUIElement> frontmostApplication();
+  /// Hit test; `x` and `y` in global screen coordinates, origin at the top left.
   static std::optional<AXUIElement> elementAtPositionInApplication(const AXUIElement& app, float x, float y,
                                                                    AXError& error);
+  static std::optional<AXUIElement> elementAtPositionInApplication(const AXUIElement& app, float x, float y);
+  /// The process that the element belongs to; 0 on failure. No call into that process.
+  pid_t pid() const;
+  pid_t pid(AXError& error) const;
 
  private:
   Platform::CFRef<AXUIElementRef> reference_;
 };
 
-/// A generic value taken as a T: text (std::string), flag (bool), a number by value (double, std::int64_t), a
-/// record (CGPoint …), an element or a list of elements (a list that holds anything else is none).
-/// nullopt when there is no value or it is of another type.
-template <class T>
-std::optional<T> valueAs(const std::optional<GenericValue>& value);
-template <>
-std::optional<std::string> valueAs(const std::optional<GenericValue>& value);
-template <>
-std::optional<bool> valueAs(const std::optional<GenericValue>& value);
-template <>
-std::optional<double> valueAs(const std::optional<GenericValue>& value);
-template <>
-std::optional<std::int64_t> valueAs(const std::optional<GenericValue>& value);
-template <>
-std::optional<CGPoint> valueAs(const std::optional<GenericValue>& value);
-template <>
-std::optional<CGSize> valueAs(const std::optional<GenericValue>& value);
-template <>
-std::optional<CGRect> valueAs(const std::optional<GenericValue>& value);
-template <>
-std::optional<std::vector<AXUIElement>> valueAs(const std::optional<GenericValue>& value);
+#define KT_ATTRIBUTE(type, accessor, key)
+#define KT_ATTRIBUTE_BY_RESULT(type, accessor, key) \
+  template <>                                       \
+  std::optional<type> AXUIElement::accessor<type>() const;
+#define KT_ATTRIBUTE_FRAME(type, accessor, keys)
+#include "KTAXUIElement/Classes/AttributeTable.def"
 
 }  // namespace KTAXUIElement

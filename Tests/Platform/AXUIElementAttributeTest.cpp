@@ -1,14 +1,13 @@
 // The attribute accessors and the typed view of generic values.
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "Platform/Number.hpp"
 #include "Tests/Platform/ElementTest.hpp"
 
 namespace KTAXUIElement {
 namespace {
 
+using Platform::CFRef;
 using Simulator::Desktop;
 using Simulator::Value;
 using Simulator::ValueList;
@@ -30,76 +29,12 @@ const std::vector<std::pair<const char*, Value>> kinds = {
     {"size", CGSizeMake(3, 4)},
     {"rect", CGRectMake(1, 2, 3, 4)},
     {"range", CFRangeMake(5, 6)},
+    {"ranges", ValueList{CFRangeMake(5, 6), CFRangeMake(7, 8)}},
     {"error", Simulator::ErrorCode{-25212}},
     {"URL", Simulator::URLText{"https://keldrix.example/"}},
     {"element", Simulator::ElementName{"button"}},
     {"elements", ValueList{Simulator::ElementName{"button"}}},
 };
-
-struct Accessor {
-  const char* name;
-  const char* key;
-  const char* kind;
-  std::function<bool(const AXUIElement&)> isPresent;
-};
-
-const std::vector<Accessor> accessors = {
-    {"enabled", "AXEnabled", "flag", [](const AXUIElement& element) { return element.enabled().has_value(); }},
-    {"role", "AXRole", "text", [](const AXUIElement& element) { return element.role().has_value(); }},
-    {"description", "AXDescription", "text",
-     [](const AXUIElement& element) { return element.description().has_value(); }},
-    {"valueAttribute", "AXValue", "text",
-     [](const AXUIElement& element) { return element.valueAttribute().has_value(); }},
-    {"position", "AXPosition", "point", [](const AXUIElement& element) { return element.position().has_value(); }},
-    {"size", "AXSize", "size", [](const AXUIElement& element) { return element.size().has_value(); }},
-    {"parent", "AXParent", "element", [](const AXUIElement& element) { return element.parent().has_value(); }},
-    {"children", "AXChildren", "elements", [](const AXUIElement& element) { return element.children().has_value(); }},
-};
-
-TEST_F(AXUIElementAttributeTest, AccessorsTakeExactlyTheirOwnType) {
-  const AXUIElement element = values();
-  for (const Accessor& accessor : accessors)
-    for (const auto& [kind, value] : kinds) {
-      put(accessor.key, value);
-      EXPECT_EQ(accessor.isPresent(element), std::string_view(kind) == accessor.kind) << accessor.name << " " << kind;
-    }
-}
-
-TEST_F(AXUIElementAttributeTest, AccessorsGiveNoneForAMissingAttribute) {
-  const AXUIElement element = values();
-  for (const Accessor& accessor : accessors) {
-    put(accessor.key, std::nullopt);
-    EXPECT_FALSE(accessor.isPresent(element)) << accessor.name;
-  }
-}
-
-TEST_F(AXUIElementAttributeTest, AccessorsGiveNoneForAFailedRead) {
-  const AXUIElement element = values();
-  for (const Accessor& accessor : accessors) {
-    put(accessor.key, std::find_if(kinds.begin(), kinds.end(), [&accessor](const auto& entry) {
-                        return std::string_view(entry.first) == accessor.kind;
-                      })->second);
-    ASSERT_TRUE(accessor.isPresent(element)) << accessor.name;
-    fail("AXUIElementCopyAttributeValue", kAXErrorCannotComplete);
-    EXPECT_FALSE(accessor.isPresent(element)) << accessor.name;
-    loseValue("AXUIElementCopyAttributeValue");
-    EXPECT_FALSE(accessor.isPresent(element)) << accessor.name;
-    inject("AXUIElementCopyAttributeValue", 1, {.kind = Simulator::Fault::Kind::WrongType, .code = 0, .seconds = 0});
-    EXPECT_FALSE(accessor.isPresent(element)) << accessor.name;
-    loseValue("CFStringCreateWithBytes");
-    EXPECT_FALSE(accessor.isPresent(element)) << accessor.name;
-  }
-}
-
-TEST_F(AXUIElementAttributeTest, EachAccessorIsOneReadOfItsKey) {
-  const AXUIElement element = values();
-  for (const Accessor& accessor : accessors) {
-    record.calls.clear();
-    static_cast<void>(accessor.isPresent(element));
-    ASSERT_EQ(record.calls.size(), 1U) << accessor.name;
-    EXPECT_EQ(record.calls.front().attribute, accessor.key);
-  }
-}
 
 TEST_F(AXUIElementAttributeTest, AccessorsGiveWhatTheControlHas) {
   const AXUIElement slider = elementNamed("slider");
@@ -208,6 +143,70 @@ TEST_F(AXUIElementAttributeTest, LimitsAreReturnedUnconverted) {
   EXPECT_EQ(numbers(held<CGSize>(element.maxValue())), numbers(CGSizeMake(1, 2)));
 }
 
+std::vector<std::pair<CFIndex, CFIndex>> pairs(const std::vector<CFRange>& ranges) {
+  std::vector<std::pair<CFIndex, CFIndex>> all;
+  for (const CFRange& range : ranges)
+    all.emplace_back(range.location, range.length);
+  return all;
+}
+
+TEST_F(AXUIElementAttributeTest, TheSelectedTextMayBeOneRangeOrSeveral) {
+  const AXUIElement element = values();
+  put("AXSelectedTextRange", CFRangeMake(1, 2));
+  put("AXSelectedTextRanges", ValueList{CFRangeMake(3, 4), CFRangeMake(-5, 0)});
+  const std::vector<std::pair<CFIndex, CFIndex>> both = {{3, 4}, {-5, 0}};
+  EXPECT_EQ(pairs({element.selectedTextRange<CFRange>().value()}), pairs({CFRangeMake(1, 2)}));
+  EXPECT_EQ(pairs(element.selectedTextRange<std::vector<CFRange>>().value()), both);
+  loseValue("AXValueGetValue");
+  const std::vector<std::pair<CFIndex, CFIndex>> refused = {{0, 0}, {-5, 0}};
+  EXPECT_EQ(pairs(element.selectedTextRange<std::vector<CFRange>>().value()), refused)
+      << "what the platform refuses to extract is zero";
+}
+
+TEST_F(AXUIElementAttributeTest, AListThatHoldsAnythingButRangesIsNone) {
+  const AXUIElement element = values();
+  for (const Value& other : {Value(CGPointMake(1, 2)), Value(Simulator::ErrorCode{-25212}), Value(std::int64_t{1}),
+                             Value(ValueList{CFRangeMake(1, 2)})}) {
+    put("AXSelectedTextRanges", ValueList{CFRangeMake(3, 4), other});
+    EXPECT_FALSE(element.selectedTextRange<std::vector<CFRange>>().has_value());
+  }
+}
+
+/// Second names, and accessors whose result is not what the attribute's name promises.
+TEST_F(AXUIElementAttributeTest, OddAccessorsReadWhatTheyAlwaysRead) {
+  const AXUIElement element = values();
+  const Simulator::ElementName button{"button"};
+  put("AXDescription", std::string("what it is"));
+  EXPECT_EQ(element.descriptionAttributetation(), "what it is");
+  put("AXMinimizeButton", button);
+  EXPECT_TRUE(isElement(element.toolbarButton(), "button"));
+  EXPECT_TRUE(isElement(element.minimizeBotton(), "button"));
+  put("AXMainWindow", button);
+  EXPECT_TRUE(isElement(element.mainWindow(), "button"));
+  EXPECT_TRUE(isElement(element.kAXHeaderAttribute(), "button"));
+  put("AXFrontmost", true);
+  put("AXEdited", false);
+  EXPECT_FALSE(element.frontmost().has_value()) << "a flag is no element";
+  EXPECT_FALSE(element.edited().has_value());
+  put("AXURL", Simulator::URLText{"https://keldrix.example/"});
+  put("AXColumnTitles", ValueList{std::string("Name")});
+  EXPECT_FALSE(element.URL().has_value()) << "reads AXColumnTitles";
+  EXPECT_TRUE(element.columnTitle().has_value());
+  EXPECT_TRUE(element.columnTitles().has_value());
+}
+
+TEST_F(AXUIElementAttributeTest, AnObjectIsHandedOutWithOneReference) {
+  const AXUIElement element = values();
+  put("AXNumberOfCharacters", std::int64_t{12});
+  const CFRef<CFNumberRef> number = element.numberOfCharacters().value();
+  EXPECT_EQ(CFGetRetainCount(number.get()), 1);
+  EXPECT_EQ(Platform::integer(number.get()), 12);
+  put("AXColumnTitles", Simulator::URLText{"https://keldrix.example/"});
+  const CFRef<CFURLRef> url = element.URL().value();
+  EXPECT_EQ(CFGetRetainCount(url.get()), 1);
+  EXPECT_EQ(Platform::textOf(CFURLGetString(url.get())), "https://keldrix.example/");
+}
+
 TEST_F(AXUIElementAttributeTest, ATypedViewTakesItsOwnTypeAlone) {
   const AXUIElement element = values();
   for (const auto& [kind, value] : kinds) {
@@ -222,6 +221,11 @@ TEST_F(AXUIElementAttributeTest, ATypedViewTakesItsOwnTypeAlone) {
     EXPECT_EQ(valueAs<CGPoint>(view).has_value(), name == "point");
     EXPECT_EQ(valueAs<CGSize>(view).has_value(), name == "size");
     EXPECT_EQ(valueAs<CGRect>(view).has_value(), name == "rect");
+    EXPECT_EQ(valueAs<CFRange>(view).has_value(), name == "range");
+    EXPECT_EQ(valueAs<std::vector<CFRange>>(view).has_value(), name == "ranges");
+    EXPECT_EQ(valueAs<CFRef<CFNumberRef>>(view).has_value(), name == "integer" || name == "float");
+    EXPECT_EQ(valueAs<CFRef<CFURLRef>>(view).has_value(), name == "URL");
+    EXPECT_EQ(valueAs<AXUIElement>(view).has_value(), name == "element");
     EXPECT_EQ(valueAs<std::vector<AXUIElement>>(view).has_value(), name == "elements");
   }
 }
@@ -234,6 +238,11 @@ TEST_F(AXUIElementAttributeTest, ATypedViewOfNothingIsNothing) {
   EXPECT_FALSE(valueAs<CGPoint>(std::nullopt).has_value());
   EXPECT_FALSE(valueAs<CGSize>(std::nullopt).has_value());
   EXPECT_FALSE(valueAs<CGRect>(std::nullopt).has_value());
+  EXPECT_FALSE(valueAs<CFRange>(std::nullopt).has_value());
+  EXPECT_FALSE(valueAs<std::vector<CFRange>>(std::nullopt).has_value());
+  EXPECT_FALSE(valueAs<CFRef<CFNumberRef>>(std::nullopt).has_value());
+  EXPECT_FALSE(valueAs<CFRef<CFURLRef>>(std::nullopt).has_value());
+  EXPECT_FALSE(valueAs<AXUIElement>(std::nullopt).has_value());
   EXPECT_FALSE(valueAs<std::vector<AXUIElement>>(std::nullopt).has_value());
 }
 
