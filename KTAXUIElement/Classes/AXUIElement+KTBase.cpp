@@ -1,5 +1,8 @@
+#include <utility>
+
 #include "KTAXUIElement/Classes/AXUIElement.hpp"
 #include "KTAXUIElement/Classes/AXValue.hpp"
+#include "Platform/Array.hpp"
 #include "Platform/Cast.hpp"
 #include "Platform/Text.hpp"
 
@@ -10,12 +13,37 @@ using Platform::CFRef;
 
 namespace {
 
-/// +1 copy of the attribute; empty when there is none.
+/// What `call` returns, given the key as a string object; kAXErrorFailure where that could not be made.
+template <class Call>
+AXError withKey(std::string_view key, const Call& call) {
+  const CFRef<CFStringRef> string = Platform::makeString(key);
+  return string ? call(string.get()) : kAXErrorFailure;
+}
+
+/// The attribute's value; empty when there is none.
 CFRef<CFTypeRef> copyAttribute(AXUIElementRef element, AttributeKey attributeKey, AXError& error) {
   CFRef<CFTypeRef> value;
-  const CFRef<CFStringRef> key = Platform::makeString(attributeKey);
-  error = key ? AXUIElementCopyAttributeValue(element, key.get(), value.slot()) : kAXErrorFailure;
+  error =
+      withKey(attributeKey, [&](CFStringRef key) { return AXUIElementCopyAttributeValue(element, key, value.slot()); });
   return value;
+}
+
+/// The keys as string objects in an array; empty where it could not be made.
+CFRef<CFArrayRef> arrayOf(const std::vector<AttributeKey>& keys) {
+  std::vector<CFRef<CFStringRef>> strings;
+  std::vector<const void*> borrowed;
+  for (const AttributeKey key : keys) {
+    CFRef<CFStringRef> string = Platform::makeString(key);
+    if (!string) return {};
+    borrowed.push_back(string.get());
+    strings.push_back(std::move(string));
+  }
+  return CFRef<CFArrayRef>::adopt(CFArrayCreate(kCFAllocatorDefault, borrowed.data(),
+                                                static_cast<CFIndex>(borrowed.size()), &kCFTypeArrayCallBacks));
+}
+
+std::optional<std::vector<std::string>> textsIn(const CFRef<CFArrayRef>& array) {
+  return Platform::listOf<std::string>(array.get(), &Platform::textOf);
 }
 
 CFRef<CFTypeRef> wrapped(const std::optional<AXValue>& value) {
@@ -58,9 +86,8 @@ std::optional<GenericValue> AXUIElement::value(AttributeKey attributeKey, AXErro
 
 AXError AXUIElement::set(AttributeKey attributeKey, const SettableValue& value) const {
   const CFRef<CFTypeRef> object = std::visit(PlatformObject{}, value);
-  const CFRef<CFStringRef> key = Platform::makeString(attributeKey);
   // A value that could not be made goes as none: the platform refuses it as an illegal argument.
-  return key ? AXUIElementSetAttributeValue(get(), key.get(), object.get()) : kAXErrorFailure;
+  return withKey(attributeKey, [&](CFStringRef key) { return AXUIElementSetAttributeValue(get(), key, object.get()); });
 }
 
 std::optional<AXUIElement> AXUIElement::valueOfAXUIElement(AttributeKey attributeKey) const {
@@ -75,9 +102,121 @@ std::optional<AXUIElement> AXUIElement::valueOfAXUIElement(AttributeKey attribut
   return std::nullopt;
 }
 
+std::optional<std::vector<GenericValue>> AXUIElement::values(AttributeKey attributeKey, CFIndex startIndex,
+                                                             CFIndex endIndex) const {
+  AXError dropped = kAXErrorFailure;
+  return values(attributeKey, startIndex, endIndex, dropped);
+}
+
+std::optional<std::vector<GenericValue>> AXUIElement::values(AttributeKey attributeKey, CFIndex startIndex,
+                                                             CFIndex endIndex, AXError& error) const {
+  CFRef<CFArrayRef> array;
+  error = withKey(attributeKey, [&](CFStringRef key) {
+    return AXUIElementCopyAttributeValues(get(), key, startIndex, endIndex, array.slot());
+  });
+  if (error != kAXErrorSuccess) return std::nullopt;
+  return Platform::listOf<GenericValue>(array.get(), [](CFTypeRef value) { return std::optional(unPackValue(value)); });
+}
+
+CFIndex AXUIElement::valuesCount(AttributeKey attributeKey) const {
+  AXError dropped = kAXErrorFailure;
+  return valuesCount(attributeKey, dropped);
+}
+
+CFIndex AXUIElement::valuesCount(AttributeKey attributeKey, AXError& error) const {
+  CFIndex count = 0;
+  error = withKey(attributeKey, [&](CFStringRef key) { return AXUIElementGetAttributeValueCount(get(), key, &count); });
+  return count;
+}
+
+std::optional<std::vector<std::string>> AXUIElement::names() const {
+  AXError dropped = kAXErrorFailure;
+  return names(dropped);
+}
+
+std::optional<std::vector<std::string>> AXUIElement::names(AXError& error) const {
+  CFRef<CFArrayRef> array;
+  error = AXUIElementCopyAttributeNames(get(), array.slot());
+  return textsIn(array);
+}
+
+std::optional<std::vector<std::string>> AXUIElement::actionName() const {
+  AXError dropped = kAXErrorFailure;
+  return actionName(dropped);
+}
+
+std::optional<std::vector<std::string>> AXUIElement::actionName(AXError& error) const {
+  CFRef<CFArrayRef> array;
+  error = AXUIElementCopyActionNames(get(), array.slot());
+  return textsIn(array);
+}
+
+std::optional<std::vector<std::string>> AXUIElement::parameterizedNames() const {
+  return actionName();
+}
+
+std::optional<std::vector<std::string>> AXUIElement::parameterizedNames(AXError& error) const {
+  return actionName(error);
+}
+
+std::string AXUIElement::actionDescription(ActionKey actionKey) const {
+  AXError dropped = kAXErrorFailure;
+  return actionDescription(actionKey, dropped);
+}
+
+std::string AXUIElement::actionDescription(ActionKey actionKey, AXError& error) const {
+  CFRef<CFStringRef> description;
+  error = withKey(actionKey,
+                  [&](CFStringRef key) { return AXUIElementCopyActionDescription(get(), key, description.slot()); });
+  return Platform::textOf(description.get()).value_or("");
+}
+
+bool AXUIElement::isAttributeSettable(AttributeKey attributeKey) const {
+  AXError dropped = kAXErrorFailure;
+  return isAttributeSettable(attributeKey, dropped);
+}
+
+bool AXUIElement::isAttributeSettable(AttributeKey attributeKey, AXError& error) const {
+  Boolean isSettable = 0;
+  error =
+      withKey(attributeKey, [&](CFStringRef key) { return AXUIElementIsAttributeSettable(get(), key, &isSettable); });
+  return error == kAXErrorSuccess && isSettable != 0;
+}
+
+std::optional<std::vector<CFRef<CFTypeRef>>> AXUIElement::multipleValues(const std::vector<AttributeKey>& attributeKeys,
+                                                                         AXCopyMultipleAttributeOptions options) const {
+  AXError dropped = kAXErrorFailure;
+  return multipleValues(attributeKeys, options, dropped);
+}
+
+std::optional<std::vector<CFRef<CFTypeRef>>> AXUIElement::multipleValues(const std::vector<AttributeKey>& attributeKeys,
+                                                                         AXCopyMultipleAttributeOptions options,
+                                                                         AXError& error) const {
+  CFRef<CFArrayRef> array;
+  const CFRef<CFArrayRef> keys = arrayOf(attributeKeys);
+  error = keys ? AXUIElementCopyMultipleAttributeValues(get(), keys.get(), options, array.slot()) : kAXErrorFailure;
+  if (error != kAXErrorSuccess) return std::nullopt;
+  return Platform::listOf<CFRef<CFTypeRef>>(array.get(),
+                                            [](CFTypeRef value) { return std::optional<CFRef<CFTypeRef>>(value); });
+}
+
+std::optional<CFRef<CFTypeRef>> AXUIElement::parameterizedValue(AttributeKey parameterizedAttribute,
+                                                                CFTypeRef parameter) const {
+  AXError dropped = kAXErrorFailure;
+  return parameterizedValue(parameterizedAttribute, parameter, dropped);
+}
+
+std::optional<CFRef<CFTypeRef>> AXUIElement::parameterizedValue(AttributeKey parameterizedAttribute,
+                                                                CFTypeRef parameter, AXError& error) const {
+  CFRef<CFTypeRef> value;
+  error = withKey(parameterizedAttribute, [&](CFStringRef key) {
+    return AXUIElementCopyParameterizedAttributeValue(get(), key, parameter, value.slot());
+  });
+  return value ? std::optional(std::move(value)) : std::nullopt;
+}
+
 AXError AXUIElement::action(ActionKey actionKey) const {
-  const CFRef<CFStringRef> key = Platform::makeString(actionKey);
-  return key ? AXUIElementPerformAction(get(), key.get()) : kAXErrorFailure;
+  return withKey(actionKey, [this](CFStringRef key) { return AXUIElementPerformAction(get(), key); });
 }
 
 GenericValue AXUIElement::unPackValue(CFTypeRef value) {

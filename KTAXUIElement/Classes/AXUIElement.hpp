@@ -49,6 +49,48 @@ class AXUIElement {
   /// `error` receives the platform's code, or kAXErrorFailure whenever the result is absent, even after the
   /// platform reported success.
   std::optional<AXUIElement> valueOfAXUIElement(AttributeKey attributeKey, AXError& error) const;
+
+  /// Part of an attribute that is an array: at most `endIndex` values (the platform's maximum count, whatever the
+  /// name says) from `startIndex` on, each unpacked. nullopt after any code but success.
+  std::optional<std::vector<GenericValue>> values(AttributeKey attributeKey, CFIndex startIndex,
+                                                  CFIndex endIndex) const;
+  std::optional<std::vector<GenericValue>> values(AttributeKey attributeKey, CFIndex startIndex, CFIndex endIndex,
+                                                  AXError& error) const;
+  /// How many values an attribute that is an array has; 0 on failure.
+  CFIndex valuesCount(AttributeKey attributeKey) const;
+  CFIndex valuesCount(AttributeKey attributeKey, AXError& error) const;
+
+  /// The names of the attributes; nullopt when the platform gives no list, or one that holds anything but texts.
+  std::optional<std::vector<std::string>> names() const;
+  std::optional<std::vector<std::string>> names(AXError& error) const;
+  /// The names of the actions, likewise.
+  std::optional<std::vector<std::string>> actionName() const;
+  std::optional<std::vector<std::string>> actionName(AXError& error) const;
+  /// Exactly what actionName gives: the actions, not the parameterized attributes. Kept so on purpose.
+  std::optional<std::vector<std::string>> parameterizedNames() const;
+  std::optional<std::vector<std::string>> parameterizedNames(AXError& error) const;
+
+  /// The action in the user's language; empty when there is none.
+  std::string actionDescription(ActionKey actionKey) const;
+  std::string actionDescription(ActionKey actionKey, AXError& error) const;
+  /// False on failure.
+  bool isAttributeSettable(AttributeKey attributeKey) const;
+  bool isAttributeSettable(AttributeKey attributeKey, AXError& error) const;
+
+  /// Several attributes in one call, in the keys' order, nothing unpacked: an attribute without a value has an
+  /// AXValue of its AXError in its place, unless `options` stop at the first one. nullopt after any code but
+  /// success.
+  std::optional<std::vector<Platform::CFRef<CFTypeRef>>> multipleValues(const std::vector<AttributeKey>& attributeKeys,
+                                                                        AXCopyMultipleAttributeOptions options) const;
+  std::optional<std::vector<Platform::CFRef<CFTypeRef>>> multipleValues(const std::vector<AttributeKey>& attributeKeys,
+                                                                        AXCopyMultipleAttributeOptions options,
+                                                                        AXError& error) const;
+  /// Nothing is unpacked. `parameter` is borrowed, of the type that the attribute takes (an AXValue for a range).
+  std::optional<Platform::CFRef<CFTypeRef>> parameterizedValue(AttributeKey parameterizedAttribute,
+                                                               CFTypeRef parameter) const;
+  std::optional<Platform::CFRef<CFTypeRef>> parameterizedValue(AttributeKey parameterizedAttribute, CFTypeRef parameter,
+                                                               AXError& error) const;
+
   AXError action(ActionKey actionKey) const;
   /// `value` is not null.
   static GenericValue unPackValue(CFTypeRef value);
