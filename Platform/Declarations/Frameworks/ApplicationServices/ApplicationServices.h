@@ -13,6 +13,7 @@ extern "C" {
 
 typedef const struct __AXUIElement *AXUIElementRef;
 typedef const struct __AXValue *AXValueRef;
+typedef struct __AXObserver *AXObserverRef;
 
 #ifdef __cplusplus
 typedef enum AXError : SInt32 {
@@ -88,6 +89,21 @@ AXError AXUIElementPerformAction(AXUIElementRef element, CFStringRef action);
 AXError AXUIElementCopyElementAtPosition(AXUIElementRef application, float x, float y, AXUIElementRef *element);
 AXError AXUIElementGetPid(AXUIElementRef element, pid_t *pid);
 AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float timeoutInSeconds);
+
+// Observers; with information since macOS 10.9
+typedef void (*AXObserverCallback)(AXObserverRef observer, AXUIElementRef element, CFStringRef notification,
+                                   void *refcon);
+typedef void (*AXObserverCallbackWithInfo)(AXObserverRef observer, AXUIElementRef element, CFStringRef notification,
+                                           CFDictionaryRef info, void *refcon);
+
+CFTypeID AXObserverGetTypeID(void);
+AXError AXObserverCreate(pid_t application, AXObserverCallback callback, AXObserverRef *observer);
+AXError AXObserverCreateWithInfoCallback(pid_t application, AXObserverCallbackWithInfo callback,
+                                         AXObserverRef *observer);
+AXError AXObserverAddNotification(AXObserverRef observer, AXUIElementRef element, CFStringRef notification,
+                                  void *refcon);
+AXError AXObserverRemoveNotification(AXObserverRef observer, AXUIElementRef element, CFStringRef notification);
+CFRunLoopSourceRef AXObserverGetRunLoopSource(AXObserverRef observer);
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

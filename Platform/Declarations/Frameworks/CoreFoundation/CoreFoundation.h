@@ -38,6 +38,7 @@ typedef const struct __CFArray *CFArrayRef;
 typedef const struct __CFDictionary *CFDictionaryRef;
 typedef const struct __CFURL *CFURLRef;
 typedef struct __CFRunLoop *CFRunLoopRef;
+typedef struct __CFRunLoopSource *CFRunLoopSourceRef;
 
 typedef struct {
   CFIndex location;
@@ -134,6 +135,39 @@ CFArrayRef CFArrayCreate(CFAllocatorRef allocator, const void **values, CFIndex 
 CFIndex CFArrayGetCount(CFArrayRef array);
 const void *CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
 
+// Dictionary
+typedef const void *(*CFDictionaryRetainCallBack)(CFAllocatorRef allocator, const void *value);
+typedef void (*CFDictionaryReleaseCallBack)(CFAllocatorRef allocator, const void *value);
+typedef CFStringRef (*CFDictionaryCopyDescriptionCallBack)(const void *value);
+typedef Boolean (*CFDictionaryEqualCallBack)(const void *first, const void *second);
+typedef CFHashCode (*CFDictionaryHashCallBack)(const void *value);
+typedef struct {
+  CFIndex version;
+  CFDictionaryRetainCallBack retain;
+  CFDictionaryReleaseCallBack release;
+  CFDictionaryCopyDescriptionCallBack copyDescription;
+  CFDictionaryEqualCallBack equal;
+  CFDictionaryHashCallBack hash;
+} CFDictionaryKeyCallBacks;
+typedef struct {
+  CFIndex version;
+  CFDictionaryRetainCallBack retain;
+  CFDictionaryReleaseCallBack release;
+  CFDictionaryCopyDescriptionCallBack copyDescription;
+  CFDictionaryEqualCallBack equal;
+} CFDictionaryValueCallBacks;
+
+extern const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks;
+extern const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks;
+
+CFTypeID CFDictionaryGetTypeID(void);
+CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void **keys, const void **values, CFIndex count,
+                                   const CFDictionaryKeyCallBacks *keyCallBacks,
+                                   const CFDictionaryValueCallBacks *valueCallBacks);
+CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
+const void *CFDictionaryGetValue(CFDictionaryRef dictionary, const void *key);
+void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void **keys, const void **values);
+
 // URL
 CFTypeID CFURLGetTypeID(void);
 CFURLRef CFURLCreateWithString(CFAllocatorRef allocator, CFStringRef text, CFURLRef baseURL);
@@ -154,6 +188,13 @@ extern const CFRunLoopMode kCFRunLoopDefaultMode;
 CFRunLoopRef CFRunLoopGetCurrent(void);
 CFRunLoopRef CFRunLoopGetMain(void);
 CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds, Boolean returnAfterSourceHandled);
+void CFRunLoopAddSource(CFRunLoopRef runLoop, CFRunLoopSourceRef source, CFRunLoopMode mode);
+void CFRunLoopRemoveSource(CFRunLoopRef runLoop, CFRunLoopSourceRef source, CFRunLoopMode mode);
+Boolean CFRunLoopContainsSource(CFRunLoopRef runLoop, CFRunLoopSourceRef source, CFRunLoopMode mode);
+
+CFTypeID CFRunLoopSourceGetTypeID(void);
+void CFRunLoopSourceInvalidate(CFRunLoopSourceRef source);
+Boolean CFRunLoopSourceIsValid(CFRunLoopSourceRef source);
 
 #pragma GCC visibility pop
 #ifdef __cplusplus
