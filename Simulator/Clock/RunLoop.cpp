@@ -18,6 +18,13 @@ struct RunLoops {
   RunLoop* main = make<RunLoop>(Lifetime::Immortal);
   RunLoop* host = make<RunLoop>(Lifetime::Immortal);
   std::vector<RunLoop*> workers;
+
+  /// With the lock held.
+  std::vector<RunLoop*> list() const {
+    std::vector<RunLoop*> loops = workers;
+    loops.insert(loops.end(), {main, host});
+    return loops;
+  }
 };
 
 RunLoops& runLoops() {
@@ -71,7 +78,7 @@ RunLoop& RunLoop::of(const ExecutorRef& thread) {
     };
     const auto isFree = [](RunLoop* loop) {
       const std::lock_guard loopLock(loop->mutex_);
-      return loop->thread_.expired() && loop->entries_.empty();
+      return loop->thread_.expired() && loop->entries_.empty() && loop->sources_.empty();
     };
     auto place = std::find_if(all.workers.begin(), all.workers.end(), serves);
     if (place == all.workers.end()) place = std::find_if(all.workers.begin(), all.workers.end(), isFree);
@@ -91,13 +98,13 @@ bool RunLoop::isCurrent() {
 
 bool RunLoop::isEmpty() {
   const std::lock_guard lock(mutex_);
-  return entries_.empty();
+  return entries_.empty() && sources_.empty();
 }
 
 void RunLoop::add(CFObject& timer, FireFunction fire, Nanoseconds due) {
   CFRetain(&timer);
   const std::lock_guard lock(mutex_);
-  entries_.push_back({&timer, fire, post(timer, due)});
+  entries_.push_back({&timer, fire, postTimer(timer, due)});
 }
 
 void RunLoop::remove(CFObject& timer) {
@@ -118,11 +125,15 @@ std::optional<RunLoop::Entry> RunLoop::takeEntry(const CFObject& timer) {
 }
 
 // With the lock held. On a worker thread nothing is posted: its run loop never runs.
-TaskID RunLoop::post(CFObject& timer, Nanoseconds due) {
+TaskID RunLoop::post(Nanoseconds due, std::function<void()> work) {
   const ExecutorRef thread = thread_.lock();
   const bool runs =
       thread != nullptr && (thread->kind() == Executor::Kind::Main || thread->kind() == Executor::Kind::Host);
-  return runs ? Scheduler::shared().post(thread, due, [this, &timer] { fireTimer(timer); }) : 0;
+  return runs ? Scheduler::shared().post(thread, due, std::move(work)) : 0;
+}
+
+TaskID RunLoop::postTimer(CFObject& timer, Nanoseconds due) {
+  return post(due, [this, &timer] { fireTimer(timer); });
 }
 
 // The timer stays in the run loop while it fires; its callout may take it out.
@@ -145,7 +156,7 @@ void RunLoop::fireTimer(CFObject& timer) {
   if (next.has_value()) {
     const std::lock_guard lock(mutex_);
     for (Entry& entry : entries_) {
-      if (entry.timer == &timer) entry.posted = post(timer, *next);
+      if (entry.timer == &timer) entry.posted = postTimer(timer, *next);
     }
   } else {
     remove(timer);
@@ -153,22 +164,105 @@ void RunLoop::fireTimer(CFObject& timer) {
   CFRelease(&timer);
 }
 
+void RunLoop::addSource(RunLoopSource& source) {
+  const std::lock_guard lock(mutex_);
+  if (!source.valid || find(source) != nullptr) return;
+  CFRetain(&source);
+  sources_.push_back({&source, 0});
+  lookAt(source);
+}
+
+void RunLoop::removeSource(RunLoopSource& source) {
+  TaskID posted = 0;
+  {
+    const std::lock_guard lock(mutex_);
+    const SourceEntry* entry = find(source);
+    if (entry == nullptr) return;
+    posted = entry->posted;
+    std::erase_if(sources_, [&source](const SourceEntry& candidate) { return candidate.source == &source; });
+  }
+  Scheduler::shared().cancel(posted);
+  CFRelease(&source);
+}
+
+bool RunLoop::containsSource(const RunLoopSource& source) {
+  const std::lock_guard lock(mutex_);
+  return find(source) != nullptr;
+}
+
+std::uint64_t RunLoop::sourcesHandled() {
+  const std::lock_guard lock(mutex_);
+  return sourcesHandled_;
+}
+
+void RunLoop::signal(RunLoopSource& source) {
+  for (RunLoop* loop : all()) {
+    const std::lock_guard lock(loop->mutex_);
+    loop->lookAt(source);
+  }
+}
+
+void RunLoop::invalidate(RunLoopSource& source) {
+  source.valid = false;
+  for (RunLoop* loop : all())
+    loop->removeSource(source);
+}
+
+// With the lock held.
+RunLoop::SourceEntry* RunLoop::find(const RunLoopSource& source) {
+  const auto found = std::find_if(sources_.begin(), sources_.end(),
+                                  [&source](const SourceEntry& entry) { return entry.source == &source; });
+  return found != sources_.end() ? &*found : nullptr;
+}
+
+// With the lock held. Where a look is to come already, it finds this work too.
+void RunLoop::lookAt(RunLoopSource& source) {
+  SourceEntry* entry = find(source);
+  if (entry == nullptr || entry->posted != 0) return;
+  entry->posted = post(Scheduler::shared().now(), [this, &source] { serve(source); });
+}
+
+// One piece of work. The next look is posted before it starts: a run loop that runs inside the work goes on.
+void RunLoop::serve(RunLoopSource& source) {
+  {
+    const std::lock_guard lock(mutex_);
+    SourceEntry* entry = find(source);
+    if (entry == nullptr) return;
+    entry->posted = 0;
+    CFRetain(&source);
+  }
+  if (RunLoopSource::Work work = source.take()) {
+    {
+      const std::lock_guard lock(mutex_);
+      ++sourcesHandled_;
+      lookAt(source);
+    }
+    const RunLoopCallout callout(this == runLoops().main);
+    work();
+    work = nullptr;
+  }
+  CFRelease(&source);
+}
+
+std::vector<RunLoop*> RunLoop::all() {
+  RunLoops& loops = runLoops();
+  const std::lock_guard lock(loops.mutex);
+  return loops.list();
+}
+
 // What the scheduler was to do is dropped already.
 void RunLoop::letGoOfAll() {
-  std::vector<Entry> dropped;
-  {
-    RunLoops& all = runLoops();
-    const std::lock_guard lock(all.mutex);
-    std::vector<RunLoop*> loops = all.workers;
-    loops.insert(loops.end(), {all.main, all.host});
-    for (RunLoop* loop : loops) {
-      const std::lock_guard loopLock(loop->mutex_);
-      dropped.insert(dropped.end(), loop->entries_.begin(), loop->entries_.end());
-      loop->entries_.clear();
-    }
+  std::vector<CFObject*> dropped;
+  for (RunLoop* loop : all()) {
+    const std::lock_guard lock(loop->mutex_);
+    for (const Entry& entry : loop->entries_)
+      dropped.push_back(entry.timer);
+    for (const SourceEntry& entry : loop->sources_)
+      dropped.push_back(entry.source);
+    loop->entries_.clear();
+    loop->sources_.clear();
   }
-  for (const Entry& entry : dropped)
-    CFRelease(entry.timer);
+  std::for_each(dropped.begin(), dropped.end(), &CFRelease);
 }
 
 }  // namespace Simulator

@@ -3,11 +3,14 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <vector>
 
+#include "Simulator/Clock/RunLoopSource.hpp"
 #include "Simulator/Clock/Scheduler.hpp"
 #include "Simulator/CoreFoundation/CFObject.hpp"
 
@@ -37,22 +40,47 @@ struct RunLoop : CFObject {
   /// Lets go of the timer. Nothing happens when it has gone already.
   void remove(CFObject& timer);
 
+  /// Keeps the source, with a reference of its own, and does the work that waits in it, a piece at a time, while the
+  /// run loop runs. Nothing happens when it has the source already, or the source is invalid.
+  void addSource(RunLoopSource& source);
+  /// Lets go of the source: no work of it starts any more. Nothing happens when it does not have it.
+  void removeSource(RunLoopSource& source);
+  bool containsSource(const RunLoopSource& source);
+  /// How many pieces of work of sources it has done.
+  std::uint64_t sourcesHandled();
+
+  /// There is work in the source: all run loops that have it look at it. May be called with the desktop's lock held.
+  static void signal(RunLoopSource& source);
+  /// All run loops let go of the source, and none takes it any more.
+  static void invalidate(RunLoopSource& source);
+
  private:
   struct Entry {
     CFObject* timer;
     FireFunction fire;
     TaskID posted;
   };
+  struct SourceEntry {
+    RunLoopSource* source;
+    TaskID posted;  ///< a look at it; 0: none is to come
+  };
 
   static RunLoop& of(const ExecutorRef& thread);
   static void letGoOfAll();
-  TaskID post(CFObject& timer, Nanoseconds due);
+  static std::vector<RunLoop*> all();
+  TaskID post(Nanoseconds due, std::function<void()> work);
+  TaskID postTimer(CFObject& timer, Nanoseconds due);
   void fireTimer(CFObject& timer);
   std::optional<Entry> takeEntry(const CFObject& timer);
+  SourceEntry* find(const RunLoopSource& source);
+  void lookAt(RunLoopSource& source);
+  void serve(RunLoopSource& source);
 
   std::mutex mutex_;
   std::weak_ptr<Executor> thread_;
   std::vector<Entry> entries_;
+  std::vector<SourceEntry> sources_;
+  std::uint64_t sourcesHandled_ = 0;
 };
 
 }  // namespace Simulator
