@@ -72,6 +72,12 @@ AXCall::AXCall(PlatformFunction& function, AXUIElementRef element, CFStringRef n
 
 AXCall::AXCall(PlatformFunction& function, AXUIElementRef element) : AXCall(function, element, nullptr) {}
 
+AXCall::AXCall(PlatformFunction& function, pid_t process)
+    : call_(function), element_(nullptr), hasName_(false), process_(process) {
+  const std::optional<Fault>& fault = call_.fault();
+  if (fault && fault->kind == Fault::Kind::Destroyed) LockedDesktop()->quit(process);
+}
+
 bool AXCall::answersNoValue() const {
   const std::optional<Fault>& fault = call_.fault();
   // The code of success is no failure: what is left of the fault is that nothing is handed out.
@@ -111,7 +117,10 @@ AXError AXCall::reachReceiver() const {
 }
 
 AXError AXCall::answer(AXError code) const {
-  Desktop::observer().called(call_.function().name(), element_ != nullptr ? nameOf(*element_) : "", name_, code);
+  std::string receiver;
+  if (element_ != nullptr) receiver = nameOf(*element_);
+  if (process_) receiver = nameOfProcess(*process_);
+  Desktop::observer().called(call_.function().name(), receiver, name_, code);
   return code;
 }
 

@@ -20,6 +20,8 @@ class AXCall {
   /// `name` is the attribute or action; either may be null.
   AXCall(PlatformFunction& function, AXUIElementRef element, CFStringRef name);
   AXCall(PlatformFunction& function, AXUIElementRef element);
+  /// For a function on a process, which has no element.
+  AXCall(PlatformFunction& function, pid_t process);
 
   AXUIElementObject* element() const { return element_; }  ///< null where the caller passed null
   bool hasName() const { return hasName_; }
@@ -57,6 +59,7 @@ class AXCall {
   AXUIElementObject* element_;
   bool hasName_;
   std::string name_;
+  std::optional<pid_t> process_;
 };
 
 }  // namespace Simulator

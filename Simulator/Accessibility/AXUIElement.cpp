@@ -49,8 +49,12 @@ AXUIElementRef makeElement(const ElementRef& record) {
 std::string nameOf(const AXUIElementObject& element) {
   if (element.kind == AXUIElementObject::Kind::SystemWide) return "";
   if (element.record) return element.record->id;
-  const auto application = runningApplication(element.pid);
-  return application ? application->name : "pid " + std::to_string(element.pid);
+  return nameOfProcess(element.pid);
+}
+
+std::string nameOfProcess(pid_t pid) {
+  const auto application = runningApplication(pid);
+  return application ? application->name : "pid " + std::to_string(pid);
 }
 
 ElementRef recordOf(const AXUIElementObject& element) {

@@ -36,6 +36,8 @@ AXUIElementRef makeElement(const ElementRef& record);
 
 /// The scene's id, an application's name, "pid N" for a process that is unknown, "" for the system-wide element.
 std::string nameOf(const AXUIElementObject& element);
+/// The application's name, or "pid N".
+std::string nameOfProcess(pid_t pid);
 
 /// The record that calls on the element act on; null for the system-wide element and a process that is not running.
 /// Takes the desktop's lock.

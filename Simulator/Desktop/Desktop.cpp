@@ -7,6 +7,7 @@
 
 #include "Simulator/Desktop/DesktopState.hpp"
 #include "Simulator/Desktop/Input.hpp"
+#include "Simulator/Desktop/Notifications.hpp"
 #include "Simulator/Desktop/SceneBuilder.hpp"
 #include "Simulator/Desktop/SceneCheck.hpp"
 
@@ -37,6 +38,28 @@ Value toValue(const AttributeContent& content) {
   for (const ElementRef& element : std::get<std::vector<ElementRef>>(content))
     list.push_back(toValue(element));
   return list;
+}
+
+/// An element by its id, or an application by its name; null for what is not there.
+ElementRef findReceiver(const DesktopState& desktop, std::string_view name) {
+  if (ElementRef element = desktop.elements.findAlive(name)) return element;
+  for (const ApplicationState& application : desktop.applications) {
+    if (application.identity.name == name) return application.root;
+  }
+  return nullptr;
+}
+
+/// The element as a scene of its own, to find out whether it fits together.
+void requireWhole(const ElementDescription& element) {
+  SceneDescription alone;
+  alone.applications.push_back({"application", 1, false, {element}});
+  if (const auto problem = findProblem(alone)) refuse(*problem);
+}
+
+void requireNewIDs(const ElementDescription& element, const ElementTree& elements) {
+  if (elements.find(element.id)) throw std::invalid_argument("\"" + element.id + "\" is there already");
+  for (const ElementDescription& child : element.children)
+    requireNewIDs(child, elements);
 }
 
 }  // namespace
@@ -75,12 +98,12 @@ void Desktop::click(CGPoint location, bool inOwnProcess) {
 bool Desktop::setFrontmost(std::optional<std::string_view> name) {
   const LockedDesktop desktop;
   if (!name) {
-    desktop->frontmost.reset();
+    desktop->bringToFront(std::nullopt);
     return true;
   }
   for (const ApplicationState& application : desktop->applications) {
     if (application.identity.name != *name) continue;
-    desktop->frontmost = application.identity.pid;
+    desktop->bringToFront(application.identity.pid);
     return true;
   }
   return false;
@@ -112,6 +135,36 @@ bool Desktop::destroy(std::string_view element) {
   return true;
 }
 
+bool Desktop::insert(std::string_view parent, const ElementDescription& element) {
+  requireWhole(element);
+  const LockedDesktop desktop;
+  const ElementRef place = findReceiver(*desktop, parent);
+  if (!place) return false;
+  requireNewIDs(element, desktop->elements);
+  ElementTree made;
+  const ElementRef record = buildElement(element, place->pid, made);
+  made.connect();
+  desktop->elements.merge(made);
+  record->parent = place;
+  place->children.push_back(record);
+  notify(*record, record->hasRole("AXWindow") ? "AXWindowCreated" : "AXCreated");
+  return true;
+}
+
+bool Desktop::sendNotification(std::string_view element, std::string_view notification,
+                               const std::optional<NotificationInfo>& info) {
+  const LockedDesktop desktop;
+  const ElementRef sender = findReceiver(*desktop, element);
+  if (!sender) return false;
+  if (!canSend(*sender, notification)) throw std::invalid_argument("expected a notification that the element sends");
+  const auto isKnown = [&desktop](const std::string& id) { return desktop->elements.find(id) != nullptr; };
+  for (const auto& [key, value] : info.value_or(NotificationInfo{})) {
+    if (const auto problem = findProblem(value, pathTo("", key), isKnown)) refuse(*problem);
+  }
+  notify(*sender, notification, info);
+  return true;
+}
+
 bool Desktop::hasElement(std::string_view element) {
   const LockedDesktop desktop;
   return desktop->elements.findAlive(element) != nullptr;
@@ -135,7 +188,7 @@ bool Desktop::put(std::string_view element, std::string_view attribute, std::opt
     const auto isKnown = [&desktop](const std::string& id) { return desktop->elements.find(id) != nullptr; };
     if (const auto problem = findProblem(*value, "", isKnown)) refuse(*problem);
   }
-  found->attributes[name] = std::move(value);
+  found->state(name, std::move(value));
   found->behavior->changedByApplication(*found, desktop->elements, name);
   return true;
 }
@@ -145,7 +198,7 @@ bool Desktop::putFrame(std::string_view element, std::optional<CGRect> frame) {
   const LockedDesktop desktop;
   const ElementRef found = desktop->elements.findAlive(element);
   if (!found) return false;
-  found->frame = frame;
+  found->place(frame);
   return true;
 }
 

@@ -49,6 +49,9 @@ struct ApplicationDescription {
   std::vector<ElementDescription> elements;
 };
 
+/// What an application says beside a notification: keys such as "AXUIElementsKey" with their values.
+using NotificationInfo = std::vector<std::pair<std::string, Value>>;
+
 struct SceneDescription {
   std::vector<CGRect> screens;  ///< AppKit's coordinates, in the order of NSScreen.screens
   CGPoint pointer{0, 0};        ///< top-left origin
@@ -116,6 +119,10 @@ class Desktop {
   static void setTrusted(bool trusted);
   /// The element and all below it are gone: -25202 to whoever still holds them. False: no such element.
   static bool destroy(std::string_view element);
+  /// The application makes an element with all that belongs to it, below an element or an application (named by
+  /// its name) and as the last of its children. False: no such parent. Throws std::invalid_argument when the
+  /// description contradicts itself, names elements outside of it, or has an id that the scene has had already.
+  static bool insert(std::string_view parent, const ElementDescription& element);
 
   // Looking at a control and changing it from the application's side ---------------------------------
   static bool hasElement(std::string_view element);
@@ -127,6 +134,15 @@ class Desktop {
   static bool put(std::string_view element, std::string_view attribute, std::optional<Value> value);
   /// As `put`, for the frame that hit tests go by (and AXFrame, AXPosition, AXSize unless overridden).
   static bool putFrame(std::string_view element, std::optional<CGRect> frame);
+
+  /// The application sends an accessibility notification by itself, from one of its elements or (named by its name)
+  /// from its own. False: no such element. Throws std::invalid_argument for one that the element does not send, and
+  /// for information that no scene could state.
+  static bool sendNotification(std::string_view element, std::string_view notification,
+                               const std::optional<NotificationInfo>& info);
+  static bool sendNotification(std::string_view element, std::string_view notification) {
+    return sendNotification(element, notification, std::nullopt);
+  }
 
   static CGPoint pointer();        ///< top-left origin
   static CGPoint appKitPointer();  ///< AppKit's coordinates

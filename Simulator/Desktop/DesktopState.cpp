@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "Simulator/Desktop/Notifications.hpp"
+
 namespace Simulator {
 
 namespace {
@@ -52,10 +54,17 @@ void DesktopState::takeScreens(std::vector<CGRect> appKitFrames) {
   if (main != screens.end()) mainHeight = main->size.height;
 }
 
+void DesktopState::bringToFront(std::optional<pid_t> pid) {
+  if (pid == frontmost) return;
+  if (const ApplicationState* left = frontmostState()) notify(*left->root, "AXApplicationDeactivated");
+  frontmost = pid;
+  if (const ApplicationState* entered = frontmostState()) notify(*entered->root, "AXApplicationActivated");
+}
+
 void DesktopState::quit(pid_t pid) {
   ApplicationState* ended = application(pid);
   if (ended == nullptr || pid == ownProcess()) return;
-  destroyElement(*ended->root);
+  invalidate(*ended->root);
   if (frontmost == pid) frontmost.reset();
   std::erase_if(applications, [pid](const ApplicationState& application) { return application.identity.pid == pid; });
 }

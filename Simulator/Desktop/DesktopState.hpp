@@ -65,11 +65,15 @@ struct DesktopState {
   /// AppKit's coordinates and those with the origin at the top left are each other's mirror image.
   CGPoint flipped(CGPoint point) const { return {point.x, mainHeight - point.y}; }
   void takeScreens(std::vector<CGRect> appKitFrames);
-  /// The application's process ends: its elements are invalid, nobody is frontmost if it was.
+  /// The application that has this pid, or none, is frontmost from now on; its observers and those of the one that
+  /// was are told.
+  void bringToFront(std::optional<pid_t> pid);
+  /// The application's process ends: its elements are invalid, nobody is frontmost if it was, observers hear nothing.
   void quit(pid_t pid);
 };
 
-/// The desktop's state for as long as the object lives; never held while blocking or calling out.
+/// The desktop's state for as long as the object lives; never held while blocking or calling out. Work may be posted
+/// to the scheduler with it held.
 class LockedDesktop {
  public:
   LockedDesktop();

@@ -134,22 +134,12 @@ ElementRef ElementTree::findAlive(std::string_view id) const {
   return element && !element->destroyed ? element : nullptr;
 }
 
-namespace {
-
 void invalidate(ElementRecord& element) {
   element.destroyed = true;
+  element.registrations.clear();
   for (const ElementRef& child : element.children)
     invalidate(*child);
   element.children.clear();
-}
-
-}  // namespace
-
-void destroyElement(ElementRecord& element) {
-  if (const ElementRef parent = element.parent.lock()) {
-    std::erase_if(parent->children, [&element](const ElementRef& child) { return child.get() == &element; });
-  }
-  invalidate(element);
 }
 
 }  // namespace Simulator

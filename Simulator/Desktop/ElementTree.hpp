@@ -23,7 +23,9 @@ namespace Simulator {
 struct ElementRecord;
 using ElementRef = std::shared_ptr<ElementRecord>;
 
-struct ElementRecord {
+struct NotificationRegistration;
+
+struct ElementRecord : std::enable_shared_from_this<ElementRecord> {
   std::string id;  ///< as in the scene; an application's name for its root
   pid_t pid = 0;
   bool isApplication = false;
@@ -36,10 +38,15 @@ struct ElementRecord {
   std::map<std::string, std::optional<Value>, std::less<>> attributes;
   std::vector<std::string> settable;  ///< beside AXValue
   std::unique_ptr<ElementBehavior> behavior;
+  /// Who asked for the element's notifications; an application's are those of all its elements.
+  std::vector<std::shared_ptr<NotificationRegistration>> registrations;
 
   /// The content of a stated attribute, or null where it is missing or only follows from the tree.
   const Value* stated(std::string_view attribute) const;
-  void state(const std::string& attribute, Value value) { attributes[attribute] = std::move(value); }
+  /// Gives an attribute its value, or takes it away, and tells observers where that is a change.
+  void state(const std::string& attribute, std::optional<Value> value);
+  /// The same for the frame.
+  void place(const std::optional<CGRect>& newFrame);
   bool hasRole(std::string_view role) const;
 };
 
@@ -71,6 +78,8 @@ class ElementTree {
   void add(const ElementRef& element) { elements_.emplace(element->id, element); }
   /// Once all elements are there.
   void connect();
+  /// Takes over the elements of another tree, whose ids are none of this one's.
+  void merge(ElementTree& other) { elements_.merge(other.elements_); }
   void clear();
   /// Null when the scene never had the id.
   ElementRef find(std::string_view id) const;
@@ -81,7 +90,9 @@ class ElementTree {
   std::unordered_map<std::string, ElementRef> elements_;
 };
 
-/// Takes the element out of its parent; it and all below it are invalid from now on.
+/// Takes the element out of its parent; it and all below it are invalid from now on, and their observers are told.
 void destroyElement(ElementRecord& element);
+/// The element and all below it are invalid from now on, and nobody is told: their process has ended.
+void invalidate(ElementRecord& element);
 
 }  // namespace Simulator

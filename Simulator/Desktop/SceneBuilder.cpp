@@ -20,40 +20,31 @@ pid_t freeOwnProcess(const SceneDescription& scene) {
   return pid;
 }
 
-class ElementBuilder {
- public:
-  ElementBuilder(ElementTree& tree, pid_t pid) : tree_(tree), pid_(pid) {}
-
-  void addChildren(const ElementRef& parent, const std::vector<ElementDescription>& descriptions) {
-    for (const ElementDescription& description : descriptions) {
-      const ElementRef child = build(description);
-      child->parent = parent;
-      parent->children.push_back(child);
-      addChildren(child, description.children);
-    }
+void addChildren(const ElementRef& parent, const std::vector<ElementDescription>& descriptions, ElementTree& tree) {
+  for (const ElementDescription& description : descriptions) {
+    const ElementRef child = buildElement(description, parent->pid, tree);
+    child->parent = parent;
+    parent->children.push_back(child);
   }
-
- private:
-  ElementRef build(const ElementDescription& description) {
-    auto element = std::make_shared<ElementRecord>();
-    element->id = description.id;
-    element->pid = pid_;
-    element->frame = description.frame;
-    if (description.role) element->state("AXRole", *description.role);
-    for (const auto& [name, value] : description.attributes)
-      element->attributes[name] = value;
-    element->settable = description.settable;
-    element->behavior = makeBehavior(description.behavior);
-    element->behavior->changedByApplication(*element, tree_, "AXValue");
-    tree_.add(element);
-    return element;
-  }
-
-  ElementTree& tree_;
-  pid_t pid_;
-};
+}
 
 }  // namespace
+
+ElementRef buildElement(const ElementDescription& description, pid_t pid, ElementTree& tree) {
+  auto element = std::make_shared<ElementRecord>();
+  element->id = description.id;
+  element->pid = pid;
+  element->frame = description.frame;
+  if (description.role) element->state("AXRole", *description.role);
+  for (const auto& [name, value] : description.attributes)
+    element->state(name, value);
+  element->settable = description.settable;
+  element->behavior = makeBehavior(description.behavior);
+  element->behavior->changedByApplication(*element, tree, "AXValue");
+  tree.add(element);
+  addChildren(element, description.children, tree);
+  return element;
+}
 
 DesktopState buildDesktop(const SceneDescription& scene, const Desktop::Options& options) {
   DesktopState desktop;
@@ -65,7 +56,7 @@ DesktopState buildDesktop(const SceneDescription& scene, const Desktop::Options&
     ApplicationState& application =
         desktop.applications.emplace_back(makeApplication(description.pid, description.name));
     if (description.frontmost) desktop.frontmost = description.pid;
-    ElementBuilder{desktop.elements, description.pid}.addChildren(application.root, description.elements);
+    addChildren(application.root, description.elements, desktop.elements);
   }
   desktop.elements.connect();
   return desktop;

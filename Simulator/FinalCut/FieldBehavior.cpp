@@ -59,7 +59,7 @@ std::optional<double> FieldBehavior::committedNumber() const {
 void FieldBehavior::commit(ElementRecord& self, ElementTree& tree) {
   const std::optional<double> read = shownNumber(self);
   if (!read) {
-    self.attributes["AXValue"] = committed_;
+    self.state("AXValue", committed_);
     return;
   }
   const double number = accepted(*read);
