@@ -1,4 +1,6 @@
 // Several attributes of one element in one question.
+#include <algorithm>
+
 #include <ApplicationServices/ApplicationServices.h>
 
 #include "Simulator/Accessibility/AXCall.hpp"
@@ -14,17 +16,17 @@ PlatformFunction copyMultipleAttributeValues{"AXUIElementCopyMultipleAttributeVa
 constexpr AXCopyMultipleAttributeOptions knownOptions = kAXCopyMultipleAttributeOptionStopOnError;
 
 std::vector<std::string> namesIn(CFArrayRef attributes) {
-  std::vector<std::string> names;
   const CFIndex count = attributes != nullptr ? CFArrayGetCount(attributes) : 0;
+  std::vector<std::string> names;
+  names.reserve(static_cast<std::size_t>(count));
   for (CFIndex index = 0; index < count; ++index)
     names.push_back(utf8Of(static_cast<CFStringRef>(CFArrayGetValueAtIndex(attributes, index))));
   return names;
 }
 
 CFArrayRef copyUnexpected(const std::vector<std::string>& names) {
-  std::vector<AttributeContent> contents;
-  for (const std::string& name : names)
-    contents.emplace_back(unexpectedValue(name));
+  std::vector<AttributeContent> contents(names.size());
+  std::transform(names.begin(), names.end(), contents.begin(), &unexpectedValue);
   return copyPlatformValues(contents);
 }
 

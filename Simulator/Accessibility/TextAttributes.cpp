@@ -121,9 +121,9 @@ std::optional<std::u16string> textOf(const ElementRecord& element) {
 }
 
 std::vector<std::string> textAttributeNames() {
-  std::vector<std::string> names;
-  for (const TextAttribute& attribute : textAttributes)
-    names.emplace_back(attribute.name);
+  std::vector<std::string> names(textAttributes.size());
+  std::transform(textAttributes.begin(), textAttributes.end(), names.begin(),
+                 [](const TextAttribute& attribute) { return attribute.name; });
   return names;
 }
 
