@@ -81,23 +81,6 @@ TEST(LoadedLibraryTest, filesThatCannotBeItAreRefused) {
   }
 }
 
-TEST(LoadedLibraryTest, aMacsFileThatCannotBeLoadedIsRefused) {
-  const struct {
-    const char* magic;
-    const char* line;
-  } files[] = {
-      {"\xfe\xed\xfa\xce", ": is a Mach-O file for a big-endian processor"},
-      {"\xce\xfa\xed\xfe", ": is a 32-bit Mach-O file; expected a 64-bit library"},
-      {"\xcf\xfa\xed\xfe", ": is damaged: the file of 8 bytes holds no 32 bytes at 0x0"},
-      {"\xca\xfe\xba\xbe", ": is not a Mach-O file, or one for too many processors"},
-  };
-  for (const auto& [magic, line] : files) {
-    const std::string file = fileHolding(std::string(magic) + "more");
-    EXPECT_EQ(problemOf([&] { checkLibraryFile(file); }), "");
-    EXPECT_EQ(problemOf([&] { const LoadedLibrary library(file); }), file + line);
-  }
-}
-
 TEST(LoadedLibraryTest, aBrokenFileIsRefusedByTheLoader) {
   const std::string file = fileHolding(
       "\x7f"

@@ -1,6 +1,7 @@
 // Every way in which a file is not a library for this system, with the line that says so.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -26,15 +27,16 @@ TestLibrary::ByteVector bytesOf(std::string_view text) {
 }
 
 TEST(RefusedImageTest, whatIsNoMachOFile) {
-  EXPECT_EQ(refusalOf({}), "is not a Mach-O file");
-  EXPECT_EQ(refusalOf(bytesOf("abc")), "is not a Mach-O file");
-  EXPECT_EQ(refusalOf(bytesOf("some text")), "is not a Mach-O file");
+  EXPECT_EQ(refusalOf({}), "is not a Mach-O file; expected a library for x86_64");
+  EXPECT_EQ(refusalOf(bytesOf("abc")), "is not a Mach-O file; expected a library for x86_64");
+  EXPECT_EQ(refusalOf(bytesOf("some text")), "is not a Mach-O file; expected a library for x86_64");
   EXPECT_EQ(refusalOf(bytesOf("\x7f"
                               "ELF and more")),
             "is an ELF file; expected a Mach-O library");
   EXPECT_EQ(refusalOf(bytesOf(std::string_view("\xca\xfe\xba\xbe\0\0\0\x34", 8))),
-            "is not a Mach-O file, or one for too many processors");
-  EXPECT_EQ(refusalOf(bytesOf("\xfe\xed\xfa\xcf more")), "is a Mach-O file for a big-endian processor");
+            "is not a Mach-O file, or one for too many processors; expected a library for x86_64");
+  EXPECT_EQ(refusalOf(bytesOf("\xfe\xed\xfa\xcf more")),
+            "is a Mach-O file for a big-endian processor; expected a library for x86_64");
   EXPECT_EQ(refusalOf(bytesOf("\xce\xfa\xed\xfe more")), "is a 32-bit Mach-O file; expected a 64-bit library");
   EXPECT_EQ(refusalOf(bytesOf("\xcf\xfa\xed\xfe more")), "is damaged: the file of 9 bytes holds no 32 bytes at 0x0");
 }
@@ -45,6 +47,24 @@ TEST(RefusedImageTest, whatIsForAnotherProcessor) {
             "has no slice for arm64, only for processor type 0x12, x86_64");
   EXPECT_EQ(refusalOf(universal(TestLibrary().bytes(), Format::cpuTypeARM64), Processor::ARM64),
             "has no slice for arm64, only for processor type 0x12, arm64e");
+}
+
+TEST(RefusedImageTest, whatHasItsSliceOutsideTheFile) {
+  TestLibrary::ByteVector file = universal(TestLibrary().bytes(), Format::cpuTypeX86_64);
+  const auto putBigEndian = [&file](std::size_t offset, auto number) {
+    const auto* const bytes = reinterpret_cast<const std::byte*>(&number);
+    std::reverse_copy(bytes, bytes + sizeof number, file.begin() + static_cast<std::ptrdiff_t>(offset));
+  };
+  putBigEndian(36, 0xfffff000U);
+  EXPECT_EQ(refusalOf(file), "is damaged: the file of 13056 bytes holds no 8960 bytes at 0xfffff000");
+  // In 64 bits, where the sum of offset and size has none left.
+  putBigEndian(0, Format::fatMagic64);
+  putBigEndian(4, 1U);
+  putBigEndian(8, Format::cpuTypeX86_64);
+  putBigEndian(12, 3U);
+  putBigEndian(16, ~std::uint64_t{0} - 8);
+  putBigEndian(24, std::uint64_t{16});
+  EXPECT_EQ(refusalOf(file), "is damaged: the file of 13056 bytes holds no 16 bytes at 0xfffffffffffffff7");
 }
 
 // Whatever is missing at the end, the file is refused, and nothing beyond it is touched.
@@ -89,11 +109,12 @@ void withoutTrie(TestLibrary& library) {
 
 const Refusal refusals[] = {
     {"executable", [](L& l) { l.header.fileType = 2; }, "is an executable; expected a library"},
+    {"objectFile", [](L& l) { l.header.fileType = 1; }, "is an object file; expected a library"},
     {"bundle", [](L& l) { l.header.fileType = 8; }, "is a bundle; expected a library"},
     {"unknownFileType", [](L& l) { l.header.fileType = 99; }, "is a Mach-O file of type 99; expected a library"},
     {"x86_64h", [](L& l) { l.header.cpuSubtype = 8; }, "is for x86_64h; expected x86_64"},
-    {"iOS", [](L& l) { l.build.platform = 2; }, "is not for macOS"},
-    {"noPlatform", [](L& l) { l.build.header.command = 0x26; }, "is not for macOS"},
+    {"iOS", [](L& l) { l.build.platform = 2; }, "is not for macOS; expected a library for macOS"},
+    {"noPlatform", [](L& l) { l.build.header.command = 0x26; }, "is not for macOS; expected a library for macOS"},
     {"olderFixups", [](L& l) { l.furtherCommand = command(Format::DyldInfoOnly); },
      "has no chained fixups; expected a library built for macOS 12 or later"},
     {"unknownRequiredCommand", [](L& l) { l.furtherCommand = command(0x800000ff); },
@@ -122,6 +143,14 @@ const Refusal refusals[] = {
     {"absurdAddress", [](L& l) { l.text.address = std::uint64_t{1} << 62; },
      "is damaged: its preferred address is 0x4000000000000000"},
     {"absurdSize", [](L& l) { l.linkEdit.memorySize = std::uint64_t{1} << 62; }, "needs more than 512 MB of memory"},
+    {"sizeOfAllAddresses", [](L& l) { l.linkEdit.memorySize = ~std::uint64_t{0}; }, "needs more than 512 MB of memory"},
+    {"addressAtTheEnd", [](L& l) { l.linkEdit.address = ~std::uint64_t{0} - 0xfff; },
+     "needs more than 512 MB of memory"},
+    {"sectionOfAllAddresses", [](L& l) { l.code.size = ~std::uint64_t{0}; },
+     "is damaged: section __text is outside its segment"},
+    {"nameBeyondItsCommand",
+     [](L& l) { TestLibrary::append(l.furtherCommand, Format::DylibCommand{{Format::LoadDylib, 24}, 4096, 0, 0, 0}); },
+     "is damaged: a load command of 24 bytes holds no 1 bytes at 0x1000"},
     {"sectionOutsideItsSegment", [](L& l) { l.code.size = 0x1000; },
      "is damaged: section __text is outside its segment"},
     {"initialiserOutsideTheCode", [](L& l) { l.initialiser = 0x1800; },

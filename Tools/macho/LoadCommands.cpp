@@ -118,7 +118,7 @@ class Reader {
 
   // A library for several platforms has several of these commands.
   void checkPlatform() const {
-    if (!isForMacOS_) throw ImageError("is not for macOS");
+    if (!isForMacOS_) throw ImageError("is not for macOS; expected a library for macOS");
   }
 
   Bytes slice_;

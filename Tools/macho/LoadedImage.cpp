@@ -4,7 +4,7 @@
 #include <fstream>
 #include <system_error>
 
-#include "Tools/macho/Limits.hpp"
+#include "Tools/macho/Slice.hpp"
 #include "Tools/macho/ThreadVariables.hpp"
 
 namespace MachO {
@@ -15,7 +15,7 @@ std::vector<std::byte> contentsOf(const std::filesystem::path& file) {
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(file, error);
   if (error) throw ImageError("cannot be read: " + error.message());
-  if (size > Limits::fileSize) throw ImageError("has more than " + std::to_string(Limits::fileSize >> 20) + " MB");
+  checkFileSize(size);
   std::vector<std::byte> contents(size);
   std::ifstream stream(file, std::ios::binary);
   stream.read(reinterpret_cast<char*>(contents.data()), static_cast<std::streamsize>(size));

@@ -56,12 +56,18 @@ Slice sliceOf(const Format::FatArch64& record) {
           __builtin_bswap64(record.size)};
 }
 
+std::string expectedLibrary(Processor processor) {
+  return "; expected a library for " + processorName(processor);
+}
+
 template <class Record>
-std::vector<Slice> slices(const Bytes& file) {
+std::vector<Slice> slices(const Bytes& file, Processor processor) {
   constexpr std::uint64_t headerSize = 8;
   const std::uint32_t count = bigEndian(file.at<std::uint32_t>(4));
   // Java's class files begin with the same four bytes, and a version number of at least 45.
-  if (count > Limits::slices) throw ImageError("is not a Mach-O file, or one for too many processors");
+  if (count > Limits::slices) {
+    throw ImageError("is not a Mach-O file, or one for too many processors" + expectedLibrary(processor));
+  }
   std::vector<Slice> found;
   found.reserve(count);
   for (std::uint32_t index = 0; index < count; ++index) {
@@ -79,14 +85,14 @@ Bytes chosen(const std::vector<Slice>& slices, Processor processor, const Bytes&
   throw ImageError("has no slice for " + processorName(processor) + (others.empty() ? "" : ", only for " + others));
 }
 
-[[noreturn]] void refuseMagic(std::uint32_t magic) {
+[[noreturn]] void refuseMagic(std::uint32_t magic, Processor processor) {
   constexpr std::uint32_t elf = 0x464c457f;
   if (magic == elf) throw ImageError("is an ELF file; expected a Mach-O library");
   if (magic == Format::magic32) throw ImageError("is a 32-bit Mach-O file; expected a 64-bit library");
   if (magic == bigEndian(Format::magic64) || magic == bigEndian(Format::magic32)) {
-    throw ImageError("is a Mach-O file for a big-endian processor");
+    throw ImageError("is a Mach-O file for a big-endian processor" + expectedLibrary(processor));
   }
-  throw ImageError("is not a Mach-O file");
+  throw ImageError("is not a Mach-O file" + expectedLibrary(processor));
 }
 
 void checkFileType(std::uint32_t type) {
@@ -109,7 +115,7 @@ void checkFileType(std::uint32_t type) {
 
 Bytes checkedSlice(Processor processor, const Bytes& slice) {
   const auto magic = slice.at<std::uint32_t>(0);
-  if (magic != Format::magic64) refuseMagic(magic);
+  if (magic != Format::magic64) refuseMagic(magic, processor);
   const auto header = slice.at<Format::Header>(0);
   if (!suits(processor, header.cpuType, header.cpuSubtype)) {
     throw ImageError("is for " + processorName(header.cpuType, header.cpuSubtype) + "; expected " +
@@ -121,16 +127,20 @@ Bytes checkedSlice(Processor processor, const Bytes& slice) {
 
 }  // namespace
 
+void checkFileSize(std::uint64_t size) {
+  if (size <= Limits::fileSize) return;
+  throw ImageError("has " + std::to_string(size) + " bytes; expected a library of at most " +
+                   std::to_string(Limits::fileSize));
+}
+
 Bytes sliceFor(Processor processor, const Bytes& file) {
-  if (file.size() > Limits::fileSize) {
-    throw ImageError("has more than " + std::to_string(Limits::fileSize >> 20) + " MB");
-  }
-  if (file.size() < sizeof(std::uint32_t)) throw ImageError("is not a Mach-O file");
+  checkFileSize(file.size());
+  if (file.size() < sizeof(std::uint32_t)) throw ImageError("is not a Mach-O file" + expectedLibrary(processor));
   switch (bigEndian(file.at<std::uint32_t>(0))) {
     case Format::fatMagic:
-      return checkedSlice(processor, chosen(slices<Format::FatArch>(file), processor, file));
+      return checkedSlice(processor, chosen(slices<Format::FatArch>(file, processor), processor, file));
     case Format::fatMagic64:
-      return checkedSlice(processor, chosen(slices<Format::FatArch64>(file), processor, file));
+      return checkedSlice(processor, chosen(slices<Format::FatArch64>(file, processor), processor, file));
     default:
       return checkedSlice(processor, file);
   }

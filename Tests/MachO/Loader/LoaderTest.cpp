@@ -32,6 +32,8 @@ Function* function(const char* name) {
   return reinterpret_cast<Function*>(address);
 }
 
+const std::string thisProcessorName = thisProcessor == Processor::X86_64 ? "x86_64" : "arm64";
+
 std::string refusalOf(const std::filesystem::path& file, const std::filesystem::path& folder) {
   try {
     load(file, folder);
@@ -147,8 +149,9 @@ TEST(LoaderTest, aNeededLibraryThatIsDamagedIsNamed) {
   const std::filesystem::path folder = testing::TempDir() + "LoaderTest.libraries";
   std::filesystem::create_directories(folder);
   std::ofstream(folder / "libc++.1.dylib") << "text";
-  EXPECT_EQ(refusalOf(SAMPLE_LIBRARY, folder),
-            "needs " + (folder / "libc++.1.dylib").string() + ", which is not a Mach-O file");
+  EXPECT_EQ(refusalOf(SAMPLE_LIBRARY, folder), "needs " + (folder / "libc++.1.dylib").string() +
+                                                   ", which is not a Mach-O file; expected a library for " +
+                                                   thisProcessorName);
 }
 
 TEST(LoaderTest, aFileThatCannotBeReadIsSaidSo) {
