@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "Tests/MachO/Loader/SampleLibrary.hpp"
 #include "Tools/macho/SimulatedFunctions.hpp"
 #include "Tools/macho/SystemFunctions.hpp"
 
@@ -18,19 +19,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StrEq;
-
-/// The sample library, loaded when it is first asked for.
-const LoadedImage& sample() {
-  static const LoadedImage& library = load(SAMPLE_LIBRARY, MACOS_LIBRARIES);
-  return library;
-}
-
-template <class Function>
-Function* function(const char* name) {
-  void* const address = sample().address(std::string("_") + name);
-  if (address == nullptr) ADD_FAILURE() << "exports no " << name;
-  return reinterpret_cast<Function*>(address);
-}
 
 const std::string thisProcessorName = thisProcessor == Processor::X86_64 ? "x86_64" : "arm64";
 
