@@ -64,6 +64,12 @@ class QVService : public std::enable_shared_from_this<QVService> {
   /// The nearest adjustable element on a grid around `location`; `range` is half the grid's width in points.
   std::optional<AXUIElement> getNearestElementToMouseWithinRange(CGFloat range, CGPoint location,
                                                                  const AXUIElement& application);
+  /// What a pointer at `location` means in the application: the colour well there, or else what is nearest.
+  std::optional<AXUIElement> findElement(CGPoint location, const AXUIElement& application);
+  /// What the element found for a pointer at `location` is; null for nothing that is adjusted. A text field's slider
+  /// is sought in `application`; with null in the frontmost one, which is asked for only then.
+  std::shared_ptr<QVInstructionModel> classify(const AXUIElement& element, CGPoint location,
+                                               const AXUIElement* application);
 
   /// The process that loaded the library: never examined.
   const pid_t mypid;

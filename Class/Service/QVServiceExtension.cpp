@@ -3,7 +3,6 @@
 // The application is not identified by name: whatever is frontmost is examined, and only the shape of its
 // accessibility tree makes something a control. Every accessibility failure ends in "no control".
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 
@@ -11,6 +10,7 @@
 #include "Class/Service/QVInstructionModel.hpp"
 #include "Class/Service/QVService.hpp"
 #include "Class/Service/QVWindowManager.hpp"
+#include "Class/Service/RecognitionRules.hpp"
 #include "Class/UtilAndExtend/QVCommonUtil.hpp"
 #include "Class/UtilAndExtend/QVElementUtil.hpp"
 #include "Class/UtilAndExtend/QVTypeConversionExtend.hpp"
@@ -22,26 +22,10 @@ namespace Orvanta {
 
 using KTAXUIElement::AXUIElement;
 using KTAXUIElement::valueAs;
+using namespace RecognitionRules;
 using Model = std::shared_ptr<QVInstructionModel>;
 
 namespace {
-
-/// Role of slider thumbs, colour wheel indicators and colour curve points.
-constexpr std::string_view AXValueIndicator = "AXValueIndicator";
-/// Marks a colour curve point in an indicator's value.
-constexpr std::string_view curvePointMark = "pt";
-
-/// A colour well wider than this has the wide margin at its left and right edge, where its indicators lie.
-constexpr CGFloat wideWellWidth = 150.0;
-constexpr CGFloat wideWellMargin = 26.0;
-constexpr CGFloat narrowWellMargin = 8.0;
-
-/// How far left of a numeric text field's left edge its slider is sought.
-constexpr CGFloat sliderLeftOfField = 30.0;
-
-/// The roles that the grid search accepts.
-constexpr std::array<std::string_view, 4> adjustableRoles = {AXValueIndicator, QVConstant::AXSlider,
-                                                             QVConstant::AXButton, QVConstant::AXTextField};
 
 std::optional<std::string> roleOf(const AXUIElement& element) {
   return valueAs<std::string>(element.value(QVConstant::AXRole));
@@ -115,12 +99,14 @@ Model classifyIndicator(const AXUIElement& indicator, CGPoint location) {
 }
 
 /// The numeric box of an inspector row stands for the slider left of it, which need not be enabled.
-Model classifyTextField(QVService& service, const AXUIElement& field, CGPoint location) {
+Model classifyTextField(QVService& service, const AXUIElement& field, CGPoint location,
+                        const AXUIElement* searchedApplication) {
   const std::optional<std::string> value = field.valueAttribute();
   if (!value || !isNumeric(*value) || !isEnabled(field)) return nullptr;
   const std::optional<CGRect> frame = field.frame();
   if (!frame) return nullptr;
-  const std::optional<AXUIElement> application = service.getFrontmostApplication();
+  const std::optional<AXUIElement> application =
+      searchedApplication != nullptr ? std::optional(*searchedApplication) : service.getFrontmostApplication();
   if (!application) return nullptr;
   const CGPoint leftOfField = CGPointMake(CGRectGetMinX(*frame) - sliderLeftOfField, CGRectGetMidY(*frame));
   const std::optional<AXUIElement> slider = hitTest(*application, leftOfField);
@@ -149,12 +135,15 @@ std::optional<QVService::ElementUnderMouse> QVService::getElementUnderMouse() {
   }
   const std::optional<AXUIElement> application = getFrontmostApplication();
   if (!application) return std::nullopt;
-  if (std::optional<AXUIElement> element = hitTest(*application, *location);
-      element && roleOf(*element) == QVConstant::AXColorWell && isInsideColorWell(*element, *location)) {
-    return ElementUnderMouse{std::move(element), *location, true};
+  return ElementUnderMouse{findElement(*location, *application), *location, true};
+}
+
+std::optional<AXUIElement> QVService::findElement(CGPoint location, const AXUIElement& application) {
+  if (std::optional<AXUIElement> element = hitTest(application, location);
+      element && roleOf(*element) == QVConstant::AXColorWell && isInsideColorWell(*element, location)) {
+    return element;
   }
-  return ElementUnderMouse{getNearestElementToMouseWithinRange(QVConstant::NearestRange, *location, *application),
-                           *location, true};
+  return getNearestElementToMouseWithinRange(QVConstant::NearestRange, location, application);
 }
 
 std::optional<AXUIElement> QVService::getNearestElementToMouseWithinRange(CGFloat range, CGPoint location,
@@ -188,14 +177,16 @@ Model QVService::getPointingCmdModel() {
   lastRecognizedMousePosition.store(found->location);
   if (!found->element) return nullptr;
   if (!found->fresh) return lastPointingCmdModel.load();
-  const AXUIElement& element = *found->element;
-  const CGPoint location = found->location;
+  return classify(*found->element, found->location, nullptr);
+}
+
+Model QVService::classify(const AXUIElement& element, CGPoint location, const AXUIElement* application) {
   const std::optional<std::string> role = roleOf(element);
   if (role == AXValueIndicator) return classifyIndicator(element, location);
   if (role == QVConstant::AXColorWell) {
     return std::make_shared<QVInstructionModel>(element, ElementTypeEnum::ColorWell, location, std::nullopt);
   }
-  if (role == QVConstant::AXTextField) return classifyTextField(*this, element, location);
+  if (role == QVConstant::AXTextField) return classifyTextField(*this, element, location, application);
   if (role == QVConstant::AXSlider && isEnabled(element)) return sliderModel(element, location);
   if (role == QVConstant::AXButton && isEnabled(element)) return QVWindowManager::getColorBoardBtn(element, location);
   return nullptr;

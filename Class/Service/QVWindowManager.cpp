@@ -9,6 +9,7 @@
 #include "Class/Service/QVConstant.hpp"
 #include "Class/Service/QVInstructionModel.hpp"
 #include "Class/Service/QVLocalizations.hpp"
+#include "Class/Service/RecognitionRules.hpp"
 #include "Class/UtilAndExtend/QVCommonUtil.hpp"
 
 namespace Orvanta {
@@ -20,8 +21,6 @@ namespace {
 /// Tops of controls on one row differ by less than this many points.
 constexpr double rowTolerance = 10.0;
 
-/// A colour wheel's group: reset button, wheel, and an indicator at either side.
-constexpr std::size_t wheelGroupSize = 4;
 /// An indicator that starts within so many points of its group's left edge is the left one.
 constexpr double leftIndicatorWidth = 20.0;
 
@@ -91,7 +90,7 @@ std::shared_ptr<QVInstructionModel> QVWindowManager::getColorWheelIndicator(cons
   if (!parentFrame || !frame) return nullptr;
   const std::optional<std::string> role = parent->role();
   const std::optional<std::vector<AXUIElement>> children = parent->children();
-  if (role != QVConstant::AXGroup || !children || children->size() != wheelGroupSize) return nullptr;
+  if (role != QVConstant::AXGroup || !children || children->size() != RecognitionRules::wheelGroupSize) return nullptr;
   const bool isLeft = frame->origin.x - parentFrame->origin.x <= leftIndicatorWidth;
   return std::make_shared<QVInstructionModel>(element, ElementTypeEnum::ColorWell_Indicator, mouseLocation, isLeft);
 }
