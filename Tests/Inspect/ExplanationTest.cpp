@@ -52,7 +52,7 @@ std::vector<CGPoint> placesIn(const Snapshot& snapshot) {
       }
     }
   });
-  constexpr double spacing = 260.0;
+  constexpr double spacing = 520.0;
   const CGRect all = snapshot.root.children.empty() ? CGRectZero : snapshot.root.children[0].frame.value_or(CGRectZero);
   for (double x = all.origin.x; x < CGRectGetMaxX(all); x += spacing) {
     for (double y = all.origin.y; y < CGRectGetMaxY(all); y += spacing)

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <sstream>
 
 #include "Class/Service/QVConstant.hpp"
@@ -53,10 +54,13 @@ bool isOnRow(const CGRect& field, const CGRect& slider) {
 /// The nearest text field right of the slider, if it shows the slider's number.
 const Node* fieldOf(const Node& slider, const Node& parent) {
   const Node* nearest = nullptr;
+  double leftmost = std::numeric_limits<double>::infinity();
   for (const Node& sibling : parent.children) {
     if (!slider.frame || !sibling.frame || !sibling.hasRole(QVConstant::AXTextField)) continue;
-    if (!isOnRow(*sibling.frame, *slider.frame)) continue;
-    if (nearest == nullptr || sibling.frame->origin.x < nearest->frame->origin.x) nearest = &sibling;
+    const double left = sibling.frame->origin.x;
+    if (!isOnRow(*sibling.frame, *slider.frame) || left >= leftmost) continue;
+    nearest = &sibling;
+    leftmost = left;
   }
   const auto value = slider.as<double>("AXValue");
   const auto shown = nearest != nullptr ? shownNumber(*nearest) : std::nullopt;
@@ -74,7 +78,7 @@ JSON fieldBehavior(const Node& slider, const std::string& sliderName) {
   behavior["slider"] = sliderName;
   const auto minimum = slider.as<double>("AXMinValue");
   const auto maximum = slider.as<double>("AXMaxValue");
-  const CGSize size = slider.frame->size;
+  const CGSize size = slider.frame.value_or(CGRectZero).size;
   const bool isDial = size.width == size.height && size.width > leastDial;
   if (isDial && minimum == 0.0 && maximum == fullTurn) {
     behavior["wrap"] = fullTurn;

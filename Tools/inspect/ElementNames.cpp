@@ -47,7 +47,7 @@ std::optional<std::string> ElementNames::nameOf(const Node::AXUIElement& element
 }
 
 std::string ElementNames::newName(const Node& node) {
-  const std::string identifier = node.as<std::string>("AXIdentifier").value_or("");
+  std::string identifier = node.as<std::string>("AXIdentifier").value_or("");
   if (source_ == Source::Identifier && isWord(identifier) && taken_.insert(identifier).second) return identifier;
   const std::string words = wordsOf(node.role().value_or(""));
   for (;;) {

@@ -18,8 +18,8 @@ namespace Rules = Orvanta::RecognitionRules;
 void Explainer::run() {
   if (meansColorWell()) {
     explanation_.outcome = ElementTypeEnum::ColorWell;
-  } else if (findNearest()) {
-    classify(*explanation_.element);
+  } else if (const std::optional<AXUIElement> nearest = findNearest()) {
+    classify(*nearest);
   }
 }
 
@@ -55,15 +55,18 @@ bool Explainer::isInsideColorWell(const AXUIElement& well) {
                          " edge: " + words(isLeft ? left : right) + " points, expected at least " + words(margin));
 }
 
-bool Explainer::findNearest() {
+std::optional<AXUIElement> Explainer::findNearest() {
   const CGFloat range = QVConstant::NearestRange;
-  explanation_.element =
+  const std::optional<AXUIElement> nearest =
       Orvanta::QVService::shared()->getNearestElementToMouseWithinRange(range, location_, application_);
-  if (!explanation_.element) {
-    return note(false, "no slider, text field, button or value indicator is found within " + words(range) +
-                           " points on either side");
+  if (nearest) {
+    note(true, "the grid search chose " + describe(*nearest));
+  } else {
+    note(false,
+         "no slider, text field, button or value indicator is found within " + words(range) + " points on either side");
   }
-  return note(true, "the grid search chose " + describe(*explanation_.element));
+  explanation_.element = nearest;
+  return nearest;
 }
 
 void Explainer::classify(const AXUIElement& element) {

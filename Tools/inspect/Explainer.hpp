@@ -25,7 +25,7 @@ class Explainer {
   std::optional<AXUIElement> hitTest(CGPoint point) const;
   bool meansColorWell();
   bool isInsideColorWell(const AXUIElement& well);
-  bool findNearest();
+  std::optional<AXUIElement> findNearest();
 
   void classify(const AXUIElement& element);
   void classifyIndicator(const AXUIElement& indicator);

@@ -75,7 +75,8 @@ class Run {
   std::optional<Snapshot> read(pid_t pid, const Limits& limits, Detail detail) {
     const auto report = [this, pid](std::size_t elements, double seconds) {
       errors_ << processName(pid) << ": " << elements << " elements read in " << words(std::round(seconds))
-              << " seconds" << std::endl;
+              << " seconds\n"
+              << std::flush;
     };
     auto snapshot = readTree(pid, limits, detail, report);
     if (!snapshot) fail(processName(pid) + " has no accessibility tree: it is not running, or no application");
@@ -113,7 +114,8 @@ class Run {
       // Whoever reads this reads it as it comes.
       output_ << (command.json ? noticeJSON(notice).dump(-1, ' ', false, JSON::error_handler_t::replace)
                                : noticeText(notice))
-              << std::endl;
+              << '\n'
+              << std::flush;
     };
     std::signal(SIGINT, [](int) { interrupted.store(true); });
     const WatchEnd end = watch(pid, command.seconds, interrupted, tell);

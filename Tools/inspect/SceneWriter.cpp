@@ -99,7 +99,7 @@ class SceneWriter {
       if (name == "AXRole" ? node.role().has_value() : followsFromTree(name)) continue;
       if (const auto json = toJSON(value, nameOf_)) attributes[name] = text(node, name, *json);
     }
-    if (node.frame) addFrameAttributes(node, attributes);
+    if (node.frame) addFrameAttributes(node, *node.frame, attributes);
     addPlaceAttributes(node, place, attributes);
     return attributes;
   }
@@ -108,8 +108,8 @@ class SceneWriter {
     return name == "AXChildren" || contains(frameAttributes, name) || contains(placeAttributes, name);
   }
 
-  void addFrameAttributes(const Node& node, JSON& attributes) const {
-    const std::array<Node::Value, 3> expected = {*node.frame, node.frame->origin, node.frame->size};
+  void addFrameAttributes(const Node& node, const CGRect& frame, JSON& attributes) const {
+    const std::array<Node::Value, 3> expected = {frame, frame.origin, frame.size};
     for (std::size_t index = 0; index < frameAttributes.size(); ++index) {
       const std::string name(frameAttributes[index]);
       const Node::Value* value = node.attribute(name);

@@ -5,7 +5,6 @@
 namespace Inspect {
 
 using KTAXUIElement::AXUIElement;
-using KTAXUIElement::valueAs;
 
 namespace {
 

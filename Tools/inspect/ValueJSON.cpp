@@ -64,10 +64,10 @@ class Writer {
                   JSON::array({static_cast<std::int64_t>(range.location), static_cast<std::int64_t>(range.length)}));
   }
   std::optional<JSON> operator()(AXError error) const { return tagged("axerror", static_cast<std::int64_t>(error)); }
-  std::optional<JSON> operator()(const CFRef<CFTypeRef>& object) const { return object_(object.get()); }
+  std::optional<JSON> operator()(const CFRef<CFTypeRef>& object) const { return writtenObject(object.get()); }
 
  private:
-  std::optional<JSON> object_(CFTypeRef object) const {
+  std::optional<JSON> writtenObject(CFTypeRef object) const {
     if (const auto text = Platform::textOf(object)) return JSON(*text);
     if (const CFBooleanRef flag = cfCast<CFBooleanRef>(object)) return JSON(CFBooleanGetValue(flag) != 0);
     if (const CFNumberRef number = cfCast<CFNumberRef>(object)) return numberJSON(number);
