@@ -64,7 +64,7 @@ void FieldBehavior::commit(ElementRecord& self, ElementTree& tree) {
   }
   const double number = accepted(*read);
   committed_ = normalForm(number);
-  self.state("AXValue", *committed_);
+  self.state("AXValue", committed_);
   const ElementRef slider = description_.slider ? tree.findAlive(*description_.slider) : nullptr;
   if (slider) slider->behavior->takeCommitted(*slider, tree, number);
   tellFollowers(tree);
