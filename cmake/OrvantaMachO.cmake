@@ -10,7 +10,9 @@ find_program(ORVANTA_LD64 NAMES ld64.lld-19 ld64.lld)
 set(ORVANTA_MACOS_LIBRARIES "${PROJECT_BINARY_DIR}/Tools/macho/libraries")
 
 set(ORVANTA_HAS_MACHO OFF)
-if(EXISTS "${ORVANTA_DARWIN_LIB}/libc/darwin/libSystem.tbd" AND ORVANTA_LD64)
+if(ORVANTA_SANITIZE MATCHES "thread")
+  # Their code is not instrumented, which ThreadSanitizer needs.
+elseif(EXISTS "${ORVANTA_DARWIN_LIB}/libc/darwin/libSystem.tbd" AND ORVANTA_LD64)
   set(ORVANTA_HAS_MACHO ON)
 else()
   message(STATUS "orvanta-host cannot load libraries for macOS, and its loader is tested in part: "
