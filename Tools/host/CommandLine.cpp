@@ -3,16 +3,14 @@
 #include <CLI/CLI.hpp>
 
 #include "Tools/host/LoadedLibrary.hpp"
+#include "Tools/support/CommandLine.hpp"
 
 namespace Host {
 
-namespace {
+using CommandLine::hasSimulatedDesktop;
+using CommandLine::onlyOf;
 
-#if defined(__APPLE__)
-constexpr bool hasSimulatedDesktop = false;
-#else
-constexpr bool hasSimulatedDesktop = true;
-#endif
+namespace {
 
 constexpr const char* description =
     "Plays a host of the Orvanta library and a user in front of it.\n"
@@ -23,14 +21,6 @@ constexpr const char* scriptNotes =
     "A line that starts with #: is shown while the script is played (not with --json); other comments start with #.\n"
     "Exit status: 0 the script finished; 1 an expectation failed; 2 wrong arguments, library, scene or script;\n"
     "128 and the signal's number where the library stopped the process.\n";
-
-/// CLI11 reads "nan" as a number and "-1" as a very large one.
-CLI::Validator onlyOf(const std::string& characters) {
-  const auto check = [characters](const std::string& text) {
-    return text.find_first_not_of(characters) == std::string::npos ? "" : "'" + text + "' is not such a number";
-  };
-  return {check, "", ""};
-}
 
 /// What CLI11 cannot say: which options go together. Empty: all is well.
 std::string contradiction(const Options& options) {

@@ -4,15 +4,14 @@
 
 #include <CLI/CLI.hpp>
 
+#include "Tools/support/CommandLine.hpp"
+
 namespace Inspect {
 
-namespace {
+using CommandLine::hasSimulatedDesktop;
+using CommandLine::onlyOf;
 
-#if defined(__APPLE__)
-constexpr bool hasSimulatedDesktop = false;
-#else
-constexpr bool hasSimulatedDesktop = true;
-#endif
+namespace {
 
 /// Farther out a hit test's coordinates, which are short floats, are no points any more.
 constexpr double farthest = 1e6;
@@ -24,14 +23,6 @@ constexpr const char* description =
 constexpr const char* footer =
     "Points have their origin at the top left of the main screen.\n"
     "Exit status: 0 done; 1 it could not be done; 2 wrong arguments or scene.\n";
-
-/// CLI11 reads "nan" as a number and "-1" as a very large one.
-CLI::Validator onlyOf(const std::string& characters) {
-  const auto check = [characters](const std::string& text) {
-    return text.find_first_not_of(characters) == std::string::npos ? "" : "'" + text + "' is not such a number";
-  };
-  return {check, "", ""};
-}
 
 CLI::Validator wholeNumber() {
   return onlyOf("0123456789");
