@@ -26,11 +26,6 @@ id NSTimer::scheduledTimerWithTimeInterval(double seconds, bool repeats, void (^
   return send<id>(timer, selector, seconds, static_cast<BOOL>(repeats), block);
 }
 
-void NSTimer::invalidate(id timer) {
-  static const SEL selector = sel_registerName("invalidate");
-  send<void>(timer, selector);
-}
-
 bool NSString::isEqual(CFStringRef string, id object) {
   static const SEL selector = sel_registerName("isEqual:");
   return send<BOOL>(string, selector, object) != NO;

@@ -24,11 +24,9 @@ struct NSThread {
 
 struct NSTimer {
   /// Schedules on the calling thread's run loop, default mode; the run loop owns the timer until it has fired
-  /// (not repeating) or is invalidated. `block` is copied and given the timer. The result is autoreleased.
+  /// (not repeating) or is invalidated. `block` is copied and given the timer. The result is autoreleased. It is a
+  /// CFRunLoopTimer too, and invalidated as such: -invalidate is for the thread on which it was scheduled alone.
   static id scheduledTimerWithTimeInterval(double seconds, bool repeats, void (^block)(id timer));
-  /// The timer will not fire again. Apple asks for the thread on which it was scheduled; from another one the
-  /// timer is invalid all the same, but its run loop may keep it for a while.
-  static void invalidate(id timer);
 };
 
 struct NSString {

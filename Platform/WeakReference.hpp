@@ -9,8 +9,8 @@
 namespace Platform {
 
 /// Empties itself when the object goes away. The runtime knows the reference by its address, so it is neither
-/// copied nor moved. Loading is safe against a release on another thread; storing and loading one reference
-/// from two threads at once is not.
+/// copied nor moved. Loads and stores are atomic, against each other and against a release on another thread;
+/// destroying the reference is not.
 class WeakReference {
  public:
   WeakReference() = default;

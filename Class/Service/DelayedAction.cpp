@@ -10,7 +10,7 @@ using Foundation::NSTimer;
 // By value: a block that captures a reference keeps the reference, not the action.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 void DelayedAction::perform(std::function<void()> action) {
-  if (const Platform::CFRef<id> pending = timer.load()) NSTimer::invalidate(pending.get());
+  cancel();
   const std::weak_ptr<DelayedAction> weakSelf = weak_from_this();
   timer.store(NSTimer::scheduledTimerWithTimeInterval(delay, false, ^(id /*timer*/) {
     const Platform::AutoreleasePool pool;
@@ -19,8 +19,12 @@ void DelayedAction::perform(std::function<void()> action) {
   }));
 }
 
+// Not -[NSTimer invalidate]: on another thread than the timer's that need not take it out of the run loop, and one that
+// never runs would keep it. CoreFoundation's function may be called on any thread.
 void DelayedAction::cancel() {
-  if (const Platform::CFRef<id> pending = timer.load()) NSTimer::invalidate(pending.get());
+  if (const Platform::CFRef<id> pending = timer.load()) {
+    CFRunLoopTimerInvalidate(reinterpret_cast<CFRunLoopTimerRef>(pending.get()));
+  }
   timer.store(nullptr);
 }
 

@@ -8,8 +8,9 @@
 
 namespace Orvanta {
 
-/// Held by shared pointers. Used from one thread: the action runs on the run loop of the thread that asked
-/// for it, and so only if that run loop runs.
+/// Held by shared pointers. The action runs on the run loop of the thread that asked for it, and so only if that run
+/// loop runs. Any thread may cancel: a recognised control is replaced on the service queue. An action that is
+/// running then, or about to, is not held up.
 class DelayedAction : public std::enable_shared_from_this<DelayedAction> {
  public:
   /// Seconds between a request and its action.

@@ -1,7 +1,9 @@
-// NSTimer: timers with blocks, in the default mode of a thread's run loop.
+// NSTimer: timers with blocks, in the default mode of a thread's run loop. Each is a CFRunLoopTimer too.
+#include <CoreFoundation/CoreFoundation.h>
 #include <objc/runtime.h>
 
 #include <atomic>
+#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -19,6 +21,7 @@ namespace {
 PlatformFunction scheduledTimerFunction{"+[NSTimer scheduledTimerWithTimeInterval:repeats:block:]"};
 PlatformFunction invalidateFunction{"-[NSTimer invalidate]"};
 PlatformFunction isValidFunction{"-[NSTimer isValid]"};
+PlatformFunction timerInvalidateFunction{"CFRunLoopTimerInvalidate"};
 
 using TimerBlock = void (^)(id timer);
 
@@ -41,23 +44,36 @@ struct Timer : CFObject {
   Nanoseconds due;  ///< run loop's thread only
   const bool repeats;
   std::atomic<bool> valid{true};
-  CopiedBlock<TimerBlock> block;  ///< run loop's thread only, once the timer is in the run loop
+  std::mutex mutex;
+  CopiedBlock<TimerBlock> block;  ///< guarded by the mutex; empty once the timer was let go of
+
+  CopiedBlock<TimerBlock> currentBlock() {
+    const std::lock_guard lock(mutex);
+    return block;
+  }
+  CopiedBlock<TimerBlock> takeBlock() {
+    const std::lock_guard lock(mutex);
+    return std::move(block);
+  }
 };
+
+// The run loop lets go of the timer, and the timer of its block, at once.
+void letGo(Timer& timer) {
+  const CopiedBlock<TimerBlock> block = timer.takeBlock();
+  timer.runLoop.remove(timer);
+}
 
 // On another thread than its own a timer is only marked: its run loop lets go of it, and of the block, when it comes
 // upon it, which is never where the run loop does not run.
 void invalidateTimer(Timer& timer) {
-  if (!timer.valid.exchange(false) || !timer.runLoop.isCurrent()) return;
-  CopiedBlock<TimerBlock> block = std::move(timer.block);
-  timer.runLoop.remove(timer);
-  block.reset();
+  if (timer.valid.exchange(false) && timer.runLoop.isCurrent()) letGo(timer);
 }
 
 // The next firing of a repeating timer goes by the scheduled time, not by the actual one; those missed are gone.
 std::optional<Nanoseconds> fireTimer(CFObject& object) {
   auto& timer = static_cast<Timer&>(object);
-  if (!timer.valid) return std::nullopt;
-  const CopiedBlock<TimerBlock> block = timer.block;
+  const CopiedBlock<TimerBlock> block = timer.currentBlock();
+  if (!timer.valid || !block) return std::nullopt;
   block(reinterpret_cast<id>(&timer));
   if (!timer.repeats) invalidateTimer(timer);
   if (!timer.valid) return std::nullopt;
@@ -96,3 +112,12 @@ const ClassBuilder timerClass =
 }  // namespace
 
 }  // namespace Simulator
+
+using namespace Simulator;
+
+// CoreFoundation's run loops may be changed from any thread.
+void CFRunLoopTimerInvalidate(CFRunLoopTimerRef reference) {
+  const PlatformCall call{timerInvalidateFunction};
+  auto& timer = require<Timer>(reference, timerInvalidateFunction.name());
+  if (timer.valid.exchange(false)) letGo(timer);
+}

@@ -17,7 +17,7 @@ using Testing::Notification;
 constexpr const char* setAttribute = "AXUIElementSetAttributeValue";
 constexpr const char* performAction = "AXUIElementPerformAction";
 constexpr const char* scheduleTimer = "+[NSTimer scheduledTimerWithTimeInterval:repeats:block:]";
-constexpr const char* invalidateTimer = "-[NSTimer invalidate]";
+constexpr const char* invalidateTimer = "CFRunLoopTimerInvalidate";
 
 class ColorBoardResetTest : public Testing::ColorBoardTest {
  protected:

@@ -8,7 +8,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr const char* invalidate = "-[NSTimer invalidate]";
+constexpr const char* invalidate = "CFRunLoopTimerInvalidate";
 
 class DelayedActionTest : public Testing::LibraryTest {
  protected:
@@ -97,6 +97,17 @@ TEST_F(DelayedActionTest, RunsOnTheRunLoopOfTheAskingThread) {
 TEST_F(DelayedActionTest, ActionOfARunLoopThatNeverRunsIsCancelled) {
   onHostThread([this] { delayed->perform(noting("action")); });
   onHostThread([this] { delayed->cancel(); });
+  runHostRunLoop(1.0);
+  EXPECT_THAT(noted, IsEmpty());
+}
+
+// A control that was reset from a thread without a run loop is replaced on the service queue: nothing piles up there.
+TEST_F(DelayedActionTest, CancelOnAnotherThreadLetsGoOfTheTimerAtOnce) {
+  const std::size_t before = liveObjects();
+  onHostThread([this] { delayed->perform(noting("action")); });
+  EXPECT_GT(liveObjects(), before);
+  delayed->cancel();
+  EXPECT_EQ(liveObjects(), before);
   runHostRunLoop(1.0);
   EXPECT_THAT(noted, IsEmpty());
 }

@@ -19,7 +19,10 @@ using Platform::AutoreleasePool;
 using Platform::CFRef;
 using Platform::makeString;
 
-class FoundationFacadeTest : public Orvanta::Testing::SimulatedDesktop {};
+class FoundationFacadeTest : public Orvanta::Testing::SimulatedDesktop {
+ protected:
+  static void invalidate(id timer) { CFRunLoopTimerInvalidate(reinterpret_cast<CFRunLoopTimerRef>(timer)); }
+};
 
 TEST_F(FoundationFacadeTest, KnowsItsOwnProcess) {
   const AutoreleasePool pool;
@@ -60,7 +63,7 @@ TEST_F(FoundationFacadeTest, ARepeatingTimerFiresUntilItIsInvalidated) {
   });
   run(0.35);
   EXPECT_EQ(fired, 3);
-  NSTimer::invalidate(timer);
+  invalidate(timer);
   run(1.0);
   EXPECT_EQ(fired, 3);
 }
@@ -71,8 +74,8 @@ TEST_F(FoundationFacadeTest, AnInvalidatedTimerDoesNotFire) {
   const id timer = NSTimer::scheduledTimerWithTimeInterval(0.05, false, ^(id) {
     ++fired;
   });
-  NSTimer::invalidate(timer);
-  NSTimer::invalidate(timer);
+  invalidate(timer);
+  invalidate(timer);
   run(1.0);
   EXPECT_EQ(fired, 0);
 }

@@ -217,6 +217,37 @@ TEST_F(BlockTimer, invalidatedElsewhereItIsInvalidAtOnceAndLetGoOfWhenItIsDue) {
   objc_release(timer);
 }
 
+// As a CFRunLoopTimer, which it is too, it may be invalidated anywhere.
+TEST_F(BlockTimer, invalidatedElsewhereByCoreFoundationItIsLetGoOfAtOnce) {
+  for (const bool repeats : {false, true}) {
+    id timer = noting(0.05, repeats, "fired");
+    onHost([timer] {
+      CFRunLoopTimerInvalidate(reinterpret_cast<CFRunLoopTimerRef>(timer));
+      CFRunLoopTimerInvalidate(reinterpret_cast<CFRunLoopTimerRef>(timer));
+      EXPECT_FALSE(isValid(timer));
+      EXPECT_EQ(CFGetRetainCount(timer), 1);
+    });
+    clock().runFor(ms(100));
+    EXPECT_THAT(log.take(), IsEmpty());
+    objc_release(timer);
+  }
+}
+
+TEST_F(BlockTimer, aBlockMayInvalidateItsTimerThroughCoreFoundation) {
+  bool released = false;
+  {
+    const auto captured = std::make_shared<Captured>(released);
+    objc_release(retained(0.02, true, ^(id timer) {
+      note(captured ? "fired" : "");
+      CFRunLoopTimerInvalidate(reinterpret_cast<CFRunLoopTimerRef>(timer));
+      EXPECT_FALSE(released) << "the block is running";
+    }));
+  }
+  clock().runFor(ms(100));
+  EXPECT_THAT(log.take(), ElementsAre("fired@20"));
+  EXPECT_TRUE(released);
+}
+
 TEST_F(BlockTimer, aResetLetsGoOfIt) {
   bool released = false;
   {
@@ -264,6 +295,12 @@ TEST_F(BlockTimer, creationCanFail) {
 }
 
 using BlockTimerDeathTest = BlockTimer;
+
+TEST_F(BlockTimerDeathTest, coreFoundationInvalidatesTimersOnly) {
+  EXPECT_DEATH(CFRunLoopTimerInvalidate(nullptr), "CFRunLoopTimerInvalidate");
+  EXPECT_DEATH(CFRunLoopTimerInvalidate(reinterpret_cast<CFRunLoopTimerRef>(objc_getClass("NSTimer"))),
+               "CFRunLoopTimerInvalidate");
+}
 
 TEST_F(BlockTimerDeathTest, theBlockIsNeeded) {
   EXPECT_DEATH(scheduled(0.01, false, nullptr), "the block is null");

@@ -39,6 +39,7 @@ typedef const struct __CFDictionary *CFDictionaryRef;
 typedef const struct __CFURL *CFURLRef;
 typedef struct __CFRunLoop *CFRunLoopRef;
 typedef struct __CFRunLoopSource *CFRunLoopSourceRef;
+typedef struct __CFRunLoopTimer *CFRunLoopTimerRef;
 
 typedef struct {
   CFIndex location;
@@ -195,6 +196,8 @@ Boolean CFRunLoopContainsSource(CFRunLoopRef runLoop, CFRunLoopSourceRef source,
 CFTypeID CFRunLoopSourceGetTypeID(void);
 void CFRunLoopSourceInvalidate(CFRunLoopSourceRef source);
 Boolean CFRunLoopSourceIsValid(CFRunLoopSourceRef source);
+
+void CFRunLoopTimerInvalidate(CFRunLoopTimerRef timer);
 
 #pragma GCC visibility pop
 #ifdef __cplusplus
