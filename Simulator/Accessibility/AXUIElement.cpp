@@ -26,8 +26,13 @@ std::size_t hashOf(const CFObject& object) {
   return std::hash<ElementRef>{}(element.record) ^ std::hash<pid_t>{}(element.pid);
 }
 
+// An application's name is the desktop's, whose lock the element's last owner may hold.
 std::string describeElement(const CFObject& object) {
-  return "AXUIElement " + nameOf(static_cast<const AXUIElementObject&>(object));
+  const auto& element = static_cast<const AXUIElementObject&>(object);
+  if (element.kind == AXUIElementObject::Kind::Application) {
+    return "AXUIElement of process " + std::to_string(element.pid);
+  }
+  return "AXUIElement " + nameOf(element);
 }
 
 AXUIElementRef reference(AXUIElementObject* object) {

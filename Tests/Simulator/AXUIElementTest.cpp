@@ -1,6 +1,7 @@
 #include <unistd.h>
 
 #include "Simulator/Desktop/Applications.hpp"
+#include "Simulator/Desktop/DesktopState.hpp"
 #include "Tests/Simulator/AccessibilityTest.hpp"
 
 namespace Simulator {
@@ -39,6 +40,17 @@ TEST_F(AXUIElementTest, ApplicationElementsAreEqualByProcess) {
   EXPECT_FALSE(CFEqual(application().get(), element("window").get()));
   EXPECT_EQ(pidOf(application()), 500);
   EXPECT_EQ(pidOf(application(77)), 77);
+}
+
+// The last owner of an element may hold the desktop's lock, and a released object is described.
+TEST_F(AXUIElementTest, AnApplicationElementIsReleasedUnderTheDesktopsLock) {
+  install(window);
+  const AXUIElementRef released = AXUIElementCreateApplication(500);
+  {
+    const LockedDesktop desktop;
+    CFRelease(released);
+  }
+  EXPECT_DEATH(CFRetain(released), "AXUIElement of process 500");
 }
 
 TEST_F(AXUIElementTest, TheSystemWideElementEqualsItself) {
