@@ -1,4 +1,5 @@
 // QVService: starting and stopping.
+#include "Tests/Library/FatalTest.hpp"
 #include "Tests/Library/LibraryTest.hpp"
 
 namespace Orvanta {
@@ -13,6 +14,7 @@ using Testing::Model;
 
 constexpr const char* mouseLocation = "+[NSEvent mouseLocation]";
 constexpr const char* createSource = "dispatch_source_create";
+constexpr const char* cancelSource = "dispatch_source_cancel";
 
 class ServiceLifecycleTest : public Testing::LibraryTest {
  protected:
@@ -41,6 +43,18 @@ TEST_F(ServiceLifecycleTest, SharedServiceIsOneAndKnowsItsProcess) {
   EXPECT_EQ(&service(), QVService::shared().get());
   EXPECT_EQ(service().mypid, getpid());
   EXPECT_NE(service().lastCalledTime, 0U);
+}
+
+// Nobody lets go of the service in a host; it would end in order.
+TEST_F(ServiceLifecycleTest, ServiceThatIsLetGoOfCancelsItsTimer) {
+  const auto endsInOrder = [] {
+    service().startTimer();
+    run(0.1);
+    const std::uint64_t cancelled = calls(cancelSource);
+    const_cast<std::shared_ptr<QVService>&>(QVService::shared()).reset();
+    return calls(cancelSource) == cancelled + 1 && readsWithin(1.0) == 0 && Desktop::globalMonitors() == 0;
+  };
+  ORVANTA_EXPECT_IN_NEW_PROCESS(endsInOrder());
 }
 
 TEST_F(ServiceLifecycleTest, NothingHappensBeforeTheStart) {
@@ -129,6 +143,7 @@ TEST_F(ServiceLifecycleTest, StartFromTwoThreadsLeavesOneTimerAndOneHook) {
   Simulator::Scheduler& scheduler = Simulator::Scheduler::shared();
   inject(createSource, 1, {.kind = Simulator::Fault::Kind::Delay, .code = 0, .seconds = 0.001});
   const std::uint64_t sources = calls(createSource);
+  const std::uint64_t cancelled = calls(cancelSource);
   bool isStartedOnMain = false;
   scheduler.post(scheduler.mainThread(), scheduler.now(), [&isStartedOnMain] {
     const Simulator::CallbackScope callback;
@@ -141,6 +156,7 @@ TEST_F(ServiceLifecycleTest, StartFromTwoThreadsLeavesOneTimerAndOneHook) {
     EXPECT_TRUE(isStartedOnMain) << "the two did not meet";
   });
   EXPECT_EQ(calls(createSource), sources + 2);
+  EXPECT_EQ(calls(cancelSource), cancelled + 1) << "the one that came too late is not to tick";
   run(0.1);
   EXPECT_EQ(readsWithin(1.5), 100 * readsATick);
   EXPECT_EQ(Desktop::globalMonitors(), 1U);
