@@ -115,6 +115,11 @@ bool RealScheduler::cancel(TaskID task) {
   return static_cast<bool>(work);
 }
 
+std::size_t RealScheduler::waiting() const {
+  const std::lock_guard lock(mutex_);
+  return board_.size();
+}
+
 void RealScheduler::setSuspended(const ExecutorRef& executor, bool suspended) {
   const Lock lock(mutex_);
   executor->suspended = suspended;

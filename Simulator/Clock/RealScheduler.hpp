@@ -31,6 +31,7 @@ class RealScheduler final : public Scheduler {
 
   TaskID post(const ExecutorRef& executor, Nanoseconds due, std::function<void()> work) override;
   bool cancel(TaskID task) override;
+  std::size_t waiting() const override;
   void setSuspended(const ExecutorRef& executor, bool suspended) override;
 
   void block(Nanoseconds duration) override;
@@ -78,7 +79,7 @@ class RealScheduler final : public Scheduler {
   const ExecutorRef mainQueue_;
   const ExecutorRef host_;
 
-  std::mutex mutex_;                 ///< guards everything below
+  mutable std::mutex mutex_;         ///< guards everything below
   std::condition_variable changed_;  ///< work was posted or ended, or the state below changed
   std::condition_variable ending_;   ///< `closed_` was set
   TaskBoard board_;

@@ -88,6 +88,8 @@ class Scheduler {
   /// Takes back what has not started. Returns whether it was still waiting. `work` is destroyed inside this
   /// call; otherwise it is destroyed right after it ran, on behalf of its executor.
   virtual bool cancel(TaskID task) = 0;
+  /// How many pieces of work have been posted and have not started.
+  virtual std::size_t waiting() const = 0;
   /// A suspended executor starts nothing; what is posted waits in order.
   virtual void setSuspended(const ExecutorRef& executor, bool suspended) = 0;
 

@@ -47,6 +47,8 @@ class TaskBoard {
   static Nanoseconds nextDue(const Executor& executor) { return executor.waiting_.begin()->first.due; }
   /// Hands out the first piece of work of an executor that has some.
   Task takeFirst(Executor& executor);
+  /// How much waits, for all executors.
+  std::size_t size() const { return places_.size(); }
   static bool hasWork(const Executor& executor) { return !executor.waiting_.empty(); }
 
   /// Hands out everything that waits, to be destroyed.

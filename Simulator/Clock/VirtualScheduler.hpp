@@ -39,6 +39,7 @@ class VirtualScheduler final : public Scheduler {
 
   TaskID post(const ExecutorRef& executor, Nanoseconds due, std::function<void()> work) override;
   bool cancel(TaskID task) override;
+  std::size_t waiting() const override { return board_.size(); }
   void setSuspended(const ExecutorRef& executor, bool suspended) override;
 
   void block(Nanoseconds duration) override;

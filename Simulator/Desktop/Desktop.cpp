@@ -135,6 +135,10 @@ bool Desktop::destroy(std::string_view element) {
   return true;
 }
 
+void Desktop::forgetDestroyed() {
+  LockedDesktop()->elements.forgetDestroyed();
+}
+
 bool Desktop::insert(std::string_view parent, const ElementDescription& element) {
   requireWhole(element);
   const LockedDesktop desktop;

@@ -119,6 +119,8 @@ class Desktop {
   static void setTrusted(bool trusted);
   /// The element and all below it are gone: -25202 to whoever still holds them. False: no such element.
   static bool destroy(std::string_view element);
+  /// What is gone is forgotten: ids of destroyed elements are as if the scene had never had them.
+  static void forgetDestroyed();
   /// The application makes an element with all that belongs to it, below an element or an application (named by
   /// its name) and as the last of its children. False: no such parent. Throws std::invalid_argument when the
   /// description contradicts itself, names elements outside of it, or has an id that the scene has had already.

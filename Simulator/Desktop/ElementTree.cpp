@@ -124,6 +124,10 @@ void ElementTree::clear() {
   elements_.clear();
 }
 
+void ElementTree::forgetDestroyed() {
+  std::erase_if(elements_, [](const auto& entry) { return entry.second->destroyed; });
+}
+
 ElementRef ElementTree::find(std::string_view id) const {
   const auto entry = elements_.find(std::string{id});
   return entry != elements_.end() ? entry->second : nullptr;

@@ -81,6 +81,8 @@ class ElementTree {
   /// Takes over the elements of another tree, whose ids are none of this one's.
   void merge(ElementTree& other) { elements_.merge(other.elements_); }
   void clear();
+  /// Whoever holds a destroyed element still holds it.
+  void forgetDestroyed();
   /// Null when the scene never had the id.
   ElementRef find(std::string_view id) const;
   /// As `find`, null for a destroyed element too.

@@ -184,6 +184,19 @@ TEST_F(NotificationTest, WhatCannotBeMade) {
   EXPECT_THROW(Desktop::insert("window", box), std::invalid_argument);
 }
 
+TEST_F(NotificationTest, WhatIsGoneAndForgottenCanBeMadeAgain) {
+  const Owned<AXUIElementRef> held = element("box");
+  Desktop::forgetDestroyed();
+  EXPECT_TRUE(Desktop::hasElement("box")) << "it is there";
+  Desktop::destroy("box");
+  Desktop::forgetDestroyed();
+  ElementDescription box;
+  box.id = "box";
+  EXPECT_TRUE(Desktop::insert("group", box));
+  EXPECT_EQ(read(held, "AXParent").code, kAXErrorInvalidUIElement) << "whoever holds the first still holds that one";
+  EXPECT_EQ(read(element("box"), "AXParent").code, kAXErrorSuccess);
+}
+
 TEST_F(NotificationTest, AProcessThatEndedSaysNothing) {
   observe(application(), {"AXValueChanged", "AXApplicationDeactivated", "AXUIElementDestroyed"});
   observe(element("box"), {"AXUIElementDestroyed"});

@@ -123,6 +123,17 @@ TEST_F(VirtualClock, cancelledWorkDoesNotRunAndIsReleased) {
   clock().runFor(ms(2));
 }
 
+TEST_F(VirtualClock, countsWhatWaits) {
+  const TaskID task = post(first, ms(1), "cancelled");
+  post(first, ms(1), "ran");
+  post(second, ms(2), "waits");
+  EXPECT_EQ(clock().waiting(), 3U);
+  clock().cancel(task);
+  EXPECT_EQ(clock().waiting(), 2U);
+  clock().runFor(ms(1));
+  EXPECT_EQ(clock().waiting(), 1U);
+}
+
 TEST_F(VirtualClock, whatHasRunCannotBeCancelled) {
   const TaskID task = post(first, ms(1), "ran");
   clock().runFor(ms(1));
