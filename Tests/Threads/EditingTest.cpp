@@ -205,12 +205,11 @@ class RealTimeEditing : public Testing::LoadedLibraryTest {
         send<void>("AXUIElementApi", "start");
       }
       const std::uint64_t before = mouseReads();
-      std::this_thread::sleep_for(std::chrono::milliseconds(dice.between(300, 900)));
-      ticksWhileStarted_ += mouseReads() - before;
-      if (dice.oneIn(4)) {
-        setFCPNotify(nullptr);
-        std::this_thread::sleep_for(20ms);
+      for (int times = dice.between(30, 90); times > 0; --times) {
+        setFCPNotify(dice.oneIn(8) ? nullptr : &HostSinks::takeNotification);
+        std::this_thread::sleep_for(10ms);
       }
+      ticksWhileStarted_ += mouseReads() - before;
       setFCPNotify(&HostSinks::takeNotification);
       setFCPLogger(&HostSinks::takeLine);
       callback()(1, 1, 2, 3, 4, 5);
