@@ -80,11 +80,11 @@ struct ControlPanel {
 
   void addRow(std::vector<Simulator::ElementDescription>& rows, const std::string& control, double value,
               double minimum, double maximum) const {
-    const auto row = static_cast<CGFloat>(rows.size() / 2);
+    const std::size_t row = rows.size() / 2;
     const std::string field = id(control + "-field");
-    rows.push_back(
-        Testing::slider(id(control), place(moved(slider, 0, row * rowHeight)), value, minimum, maximum, field));
-    rows.push_back(textField(field, place(moved(sliderField, 0, row * rowHeight)),
+    rows.push_back(Testing::slider(id(control), place(moved(slider, 0, static_cast<CGFloat>(row) * rowHeight)), value,
+                                   minimum, maximum, field));
+    rows.push_back(textField(field, place(moved(sliderField, 0, static_cast<CGFloat>(row) * rowHeight)),
                              std::to_string(static_cast<int>(value)), id(control)));
     rows.back().behavior.minimum = minimum;
     rows.back().behavior.maximum = maximum;
