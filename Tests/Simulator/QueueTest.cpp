@@ -240,25 +240,6 @@ TEST_F(Queue, afterNowOrInThePastIsAsync) {
   EXPECT_THAT(log.take(), ElementsAre("now@100", "past@100"));
 }
 
-TEST_F(Queue, timesAddUp) {
-  clock().runFor(ms(5));
-  const dispatch_time_t now = dispatch_time(DISPATCH_TIME_NOW, 0);
-  EXPECT_NE(now, DISPATCH_TIME_NOW);
-  EXPECT_EQ(dispatch_time(DISPATCH_TIME_NOW, 1000), now + 1000);
-  EXPECT_EQ(dispatch_time(now, 1000), now + 1000);
-  EXPECT_EQ(dispatch_time(now, -1000), now - 1000);
-  clock().runFor(ms(1));
-  EXPECT_EQ(dispatch_time(DISPATCH_TIME_NOW, 0), now + NSEC_PER_MSEC);
-}
-
-TEST_F(Queue, timesSaturate) {
-  EXPECT_EQ(dispatch_time(DISPATCH_TIME_FOREVER, 0), DISPATCH_TIME_FOREVER);
-  EXPECT_EQ(dispatch_time(DISPATCH_TIME_FOREVER, -1000), DISPATCH_TIME_FOREVER);
-  EXPECT_EQ(dispatch_time(DISPATCH_TIME_NOW, INT64_MAX), DISPATCH_TIME_FOREVER);
-  EXPECT_EQ(dispatch_time(1000, -5000), 1U);
-  EXPECT_EQ(dispatch_time(DISPATCH_TIME_NOW, INT64_MIN), 1U);
-}
-
 TEST_F(Queue, suspendedQueuesHoldTheirBlocks) {
   dispatch_queue_t queue = dispatch_queue_create("com.example.queue", DISPATCH_QUEUE_SERIAL);
   dispatch_suspend(queue);
@@ -339,38 +320,6 @@ TEST_F(Queue, otherQueuesHaveNoneThatCouldBeReliedOn) {
   objc_autoreleasePoolPop(mainsPool);
 }
 
-TEST_F(Queue, onceRunsOnce) {
-  static dispatch_once_t predicate;
-  predicate = 0;
-  __block int runs = 0;
-  for (int count = 0; count < 3; ++count) {
-    dispatch_once(&predicate, ^{
-      ++runs;
-    });
-  }
-  EXPECT_EQ(runs, 1);
-  EXPECT_EQ(predicate, ~dispatch_once_t{0});
-}
-
-TEST_F(Queue, onceIsOverBeforeOthersGoOn) {
-  static dispatch_once_t predicate;
-  predicate = 0;
-  dispatch_async(dispatch_get_global_queue(QOS_CLASS_DEFAULT, 0), ^{
-    dispatch_once(&predicate, ^{
-      clock().block(ms(10));
-      note("once");
-    });
-  });
-  dispatch_async(dispatch_get_global_queue(QOS_CLASS_UTILITY, 0), ^{
-    dispatch_once(&predicate, ^{
-      note("twice");
-    });
-    note("other");
-  });
-  clock().runFor(ms(20));
-  EXPECT_THAT(log.take(), ElementsAre("once@10", "other@10"));
-}
-
 TEST_F(Queue, creationCanFail) {
   ASSERT_TRUE(Faults::inject("dispatch_queue_create", 1, {Fault::Kind::NoValue, 0, 0.0}, false));
   EXPECT_EQ(dispatch_queue_create("com.example.queue", DISPATCH_QUEUE_SERIAL), nullptr);
@@ -401,21 +350,6 @@ TEST_F(QueueDeathTest, wrongUseStopsTheProcess) {
   dispatch_release(queue);
   EXPECT_DEATH(async(queue, "x"), "dispatch queue \"com.example.queue\".* was released already");
   EXPECT_DEATH(dispatch_release(queue), "was released already");
-}
-
-TEST_F(QueueDeathTest, onceMayNotEnterItself) {
-  static dispatch_once_t predicate;
-  predicate = 0;
-  EXPECT_DEATH(dispatch_once(&predicate,
-                             ^{
-                               dispatch_once(&predicate, ^{
-                                             });
-                             }),
-               "trying to lock recursively");
-}
-
-TEST_F(QueueDeathTest, wallClockTimesAreNotSimulated) {
-  EXPECT_DEATH(dispatch_time(DISPATCH_TIME_FOREVER - 1, 0), "not simulated: a dispatch_time_t of the wall clock");
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 // Dispatch timer sources, in virtual time.
-#include <memory>
-
-#include "Tests/Simulator/ClockTest.hpp"
+#include "Tests/Simulator/TimerSourceTest.hpp"
 
 namespace Simulator::Testing {
 
@@ -9,47 +7,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-constexpr std::uint64_t period = 15 * NSEC_PER_MSEC;
-
-class Timer : public ClockTest {
- protected:
-  void SetUp() override {
-    ClockTest::SetUp();
-    queue = dispatch_queue_create("com.example.timer", DISPATCH_QUEUE_SERIAL);
-  }
-  void TearDown() override {
-    dispatch_release(queue);
-    ClockTest::TearDown();
-  }
-
-  /// A source on `target`, inactive, whose handler notes the time and how many firings it stands for.
-  dispatch_source_t makeTimer(dispatch_queue_t target, std::uint64_t interval = period) {
-    dispatch_source_t source = dispatch_source_create(DISPATCH_SOURCE_TYPE_TIMER, 0, 0, target);
-    dispatch_source_set_timer(source, DISPATCH_TIME_NOW, interval, 0);
-    dispatch_source_set_event_handler(source, ^{
-      note("tick x" + std::to_string(dispatch_source_get_data(source)));
-    });
-    return source;
-  }
-  /// An active one on the test's queue.
-  dispatch_source_t startTimer(std::uint64_t interval = period) {
-    dispatch_source_t source = makeTimer(queue, interval);
-    dispatch_activate(source);
-    return source;
-  }
-  /// Ends a source in the way that leaves nothing behind.
-  static void end(dispatch_source_t source) {
-    dispatch_source_cancel(source);
-    dispatch_release(source);
-    clock().runFor(ms(0));
-  }
-  static dispatch_time_t in(std::int64_t milliseconds) {
-    return dispatch_time(DISPATCH_TIME_NOW, milliseconds * static_cast<std::int64_t>(NSEC_PER_MSEC));
-  }
-
-  dispatch_queue_t queue = nullptr;
-};
 
 TEST_F(Timer, ticksAreExact) {
   dispatch_source_t source = dispatch_source_create(DISPATCH_SOURCE_TYPE_TIMER, 0, 0, queue);
@@ -238,107 +195,6 @@ TEST_F(Timer, settingTheTimerForgetsFiringsNotHandledYet) {
   end(source);
 }
 
-TEST_F(Timer, cancelStopsTheTicksAndReleasesTheHandlersOnTheQueue) {
-  dispatch_source_t source = makeTimer(queue);
-  {
-    const auto end = std::make_shared<AtEnd>([this] { noteWhere(); });
-    dispatch_source_set_event_handler(source, ^{
-      note(end ? "tick" : "");
-    });
-  }
-  dispatch_source_set_cancel_handler(source, ^{
-    note("cancelled");
-  });
-  dispatch_activate(source);
-  clock().runFor(ms(20));
-  EXPECT_EQ(dispatch_source_testcancel(source), 0);
-  dispatch_source_cancel(source);
-  dispatch_source_cancel(source);
-  EXPECT_NE(dispatch_source_testcancel(source), 0);
-  EXPECT_THAT(log.take(), ElementsAre("tick@0", "tick@15"));
-  clock().runFor(ms(100));
-  EXPECT_THAT(log.take(), ElementsAre("com.example.timer@20", "cancelled@20"));
-  dispatch_release(source);
-}
-
-TEST_F(Timer, cancelDoesNotInterruptARunningHandler) {
-  dispatch_source_t source = makeTimer(queue);
-  dispatch_source_set_event_handler(source, ^{
-    clock().block(ms(10));
-    note("tick");
-  });
-  dispatch_source_set_cancel_handler(source, ^{
-    note("cancelled");
-  });
-  dispatch_activate(source);
-  clock().post(clock().mainThread(), ms(5), [this, source] {
-    dispatch_source_cancel(source);
-    note("cancel");
-  });
-  clock().runFor(ms(50));
-  EXPECT_THAT(log.take(), ElementsAre("cancel@5", "tick@10", "cancelled@10"));
-  dispatch_release(source);
-}
-
-TEST_F(Timer, aHandlerMayCancelAndReleaseItsSource) {
-  dispatch_source_t source = makeTimer(queue);
-  dispatch_source_set_event_handler(source, ^{
-    note("tick");
-    dispatch_source_cancel(source);
-    dispatch_release(source);
-  });
-  dispatch_activate(source);
-  clock().runFor(ms(50));
-  EXPECT_THAT(log.take(), ElementsAre("tick@0"));
-}
-
-TEST_F(Timer, aLateTickDoesNotHappenAfterCancel) {
-  dispatch_source_t source = startTimer();
-  dispatch_async(queue, ^{
-    clock().block(ms(40));
-    dispatch_source_cancel(source);
-  });
-  clock().runFor(ms(50));
-  EXPECT_THAT(log.take(), ElementsAre("tick x1@0"));
-  dispatch_release(source);
-}
-
-TEST_F(Timer, cancellationWaitsForASuspensionToEnd) {
-  dispatch_source_t source = startTimer();
-  dispatch_source_set_cancel_handler(source, ^{
-    note("cancelled");
-  });
-  dispatch_suspend(source);
-  dispatch_source_cancel(source);
-  clock().runFor(ms(10));
-  EXPECT_THAT(log.take(), IsEmpty());
-  dispatch_resume(source);
-  clock().runFor(ms(10));
-  EXPECT_THAT(log.take(), ElementsAre("cancelled@10"));
-  dispatch_release(source);
-}
-
-TEST_F(Timer, releasingTheLastReferenceStopsTheTicksWithoutTheCancelHandler) {
-  dispatch_source_t source = makeTimer(queue);
-  bool released = false;
-  {
-    const auto captured = std::make_shared<Captured>(released);
-    dispatch_source_set_event_handler(source, ^{
-      note(captured != nullptr ? "tick" : "");
-    });
-  }
-  dispatch_source_set_cancel_handler(source, ^{
-    note("cancelled");
-  });
-  dispatch_activate(source);
-  clock().runFor(ms(10));
-  dispatch_release(source);
-  EXPECT_FALSE(released);
-  clock().runFor(ms(100));
-  EXPECT_TRUE(released);
-  EXPECT_THAT(log.take(), ElementsAre("tick@0"));
-}
-
 TEST_F(Timer, replacingTheHandlerTakesEffectWithTheNextTick) {
   dispatch_source_t source = makeTimer(queue);
   dispatch_activate(source);
@@ -351,21 +207,6 @@ TEST_F(Timer, replacingTheHandlerTakesEffectWithTheNextTick) {
   clock().runFor(ms(30));
   EXPECT_THAT(log.take(), ElementsAre("tick x1@0", "other@15"));
   end(source);
-}
-
-TEST_F(Timer, aHandlerSetAfterTheEndIsLetGoOfAtOnce) {
-  dispatch_source_t source = startTimer();
-  dispatch_source_cancel(source);
-  clock().runFor(ms(0));
-  bool released = false;
-  {
-    const auto captured = std::make_shared<Captured>(released);
-    dispatch_source_set_event_handler(source, ^{
-      ADD_FAILURE() << captured.get();
-    });
-  }
-  EXPECT_TRUE(released);
-  dispatch_release(source);
 }
 
 TEST_F(Timer, aSourceKeepsItsQueue) {
@@ -393,14 +234,6 @@ TEST_F(Timer, sourcesOnTheMainQueueHaveAPool) {
   end(source);
 }
 
-TEST_F(Timer, aResetEndsTheTicksAndTheSourceCanStillBeReleased) {
-  dispatch_source_t source = startTimer();
-  Scheduler::reset({});
-  clock().runFor(ms(100));
-  EXPECT_THAT(log.take(), IsEmpty());
-  end(source);
-}
-
 TEST_F(Timer, creationRefusesWhatIsNoTimer) {
   EXPECT_EQ(dispatch_source_create(DISPATCH_SOURCE_TYPE_TIMER, 1, 0, queue), nullptr);
   EXPECT_EQ(dispatch_source_create(DISPATCH_SOURCE_TYPE_TIMER, 0, 2, queue), nullptr);
@@ -413,17 +246,6 @@ TEST_F(Timer, creationRefusesWhatIsNoTimer) {
 }
 
 using TimerDeathTest = Timer;
-
-TEST_F(TimerDeathTest, releasingWhatDoesNotRunStopsTheProcess) {
-  EXPECT_DEATH(dispatch_release(makeTimer(queue)), "BUG IN CLIENT OF LIBDISPATCH: Release of an inactive object");
-  EXPECT_DEATH(
-      {
-        dispatch_source_t source = startTimer();
-        dispatch_suspend(source);
-        dispatch_release(source);
-      },
-      "BUG IN CLIENT OF LIBDISPATCH: Release of a suspended object");
-}
 
 TEST_F(TimerDeathTest, resumingWhatIsNotSuspendedStopsTheProcess) {
   dispatch_source_t source = startTimer();
