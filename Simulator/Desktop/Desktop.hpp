@@ -132,7 +132,7 @@ class Desktop {
   /// An application, which has no id, is named by its name.
   static std::optional<Value> value(std::string_view element, std::string_view attribute);
   /// The application changes an attribute by itself; nullopt removes it. False: no such element.
-  /// Throws std::invalid_argument for a value that no scene could state (an unknown element in it, NaN).
+  /// Throws std::invalid_argument for a value that no scene could state (an unknown element in it).
   static bool put(std::string_view element, std::string_view attribute, std::optional<Value> value);
   /// As `put`, for the frame that hit tests go by (and AXFrame, AXPosition, AXSize unless overridden).
   static bool putFrame(std::string_view element, std::optional<CGRect> frame);

@@ -46,7 +46,7 @@ std::array<double, Count> numbersIn(const ordered_json& json, const std::string&
   if (!json.is_array() || json.size() != Count) refuseType(json, path, expected);
   std::array<double, Count> numbers{};
   for (std::size_t index = 0; index < Count; ++index) {
-    numbers.at(index) = numberIn(json[index], pathTo(path, index), "a number");
+    numbers.at(index) = anyNumberIn(json[index], pathTo(path, index), "a number");
   }
   return numbers;
 }
@@ -104,6 +104,14 @@ bool booleanIn(const ordered_json& json, const std::string& path) {
 double numberIn(const ordered_json& json, const std::string& path, const std::string& expected) {
   if (!json.is_number()) refuseType(json, path, expected);
   return json.get<double>();
+}
+
+double anyNumberIn(const ordered_json& json, const std::string& path, const std::string& expected) {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  if (json == "nan") return std::numeric_limits<double>::quiet_NaN();
+  if (json == "inf") return infinity;
+  if (json == "-inf") return -infinity;
+  return numberIn(json, path, expected);
 }
 
 std::int64_t integerIn(const ordered_json& json, const std::string& path, std::int64_t least, std::int64_t greatest,

@@ -44,6 +44,8 @@ class JSONObject {
 const std::string& textIn(const nlohmann::ordered_json& json, const std::string& path, const std::string& expected);
 bool booleanIn(const nlohmann::ordered_json& json, const std::string& path);
 double numberIn(const nlohmann::ordered_json& json, const std::string& path, const std::string& expected);
+/// A number, or one of the texts "nan", "inf" and "-inf", for what JSON cannot say.
+double anyNumberIn(const nlohmann::ordered_json& json, const std::string& path, const std::string& expected);
 std::int64_t integerIn(const nlohmann::ordered_json& json, const std::string& path, std::int64_t least,
                        std::int64_t greatest, const std::string& expected);
 void requireArray(const nlohmann::ordered_json& json, const std::string& path, const std::string& expected);

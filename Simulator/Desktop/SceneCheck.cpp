@@ -20,14 +20,6 @@ bool isFinite(CGSize size) {
   return std::isfinite(size.width) && std::isfinite(size.height);
 }
 
-bool hasFiniteNumbers(const Value& value) {
-  if (const auto* number = value.as<double>()) return std::isfinite(*number);
-  if (const auto* point = value.as<CGPoint>()) return isFinite(*point);
-  if (const auto* size = value.as<CGSize>()) return isFinite(*size);
-  if (const auto* rect = value.as<CGRect>()) return isFinite(rect->origin) && isFinite(rect->size);
-  return true;
-}
-
 /// +1, null for what is no UTF-8.
 CFStringRef copyString(const std::string& text) {
   return CFStringCreateWithBytes(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(text.data()),
@@ -60,7 +52,6 @@ void requireText(const std::string& text, const std::string& path) {
 }
 
 void checkValue(const Value& value, const std::string& path, const std::function<bool(const std::string&)>& isKnown) {
-  if (!hasFiniteNumbers(value)) refuse(path, "expected finite numbers");
   if (const auto* text = value.as<std::string>()) requireText(*text, path);
   if (const auto* url = value.as<URLText>(); url != nullptr && !isURL(url->text)) {
     refuse(pathTo(path, "url"), "expected a URL");

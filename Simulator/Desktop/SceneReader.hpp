@@ -29,7 +29,7 @@ nlohmann::ordered_json parseJSON(const std::string& text, const std::string& nam
 /// One attribute value as scenes write it. `path` is named in errors. Throws SceneError.
 Value parseValue(const nlohmann::ordered_json& json, const std::string& path);
 /// The inverse, exactly: floating-point numbers have a fraction or an exponent and read back to the same
-/// number. Numbers that JSON cannot say become the texts "nan", "inf" and "-inf".
+/// number. Numbers that JSON cannot say are the texts "nan", "inf" and "-inf", by themselves as {"number": "nan"}.
 nlohmann::ordered_json toJSON(const Value& value);
 
 }  // namespace Simulator

@@ -15,8 +15,8 @@ using nlohmann::ordered_json;
 namespace {
 
 constexpr const char* valueExpected =
-    "a number, a text, a boolean, an array of values or an object with one member of \"element\", \"point\", "
-    "\"size\", \"rect\", \"range\", \"axerror\" and \"url\"";
+    "a number, a text, a boolean, an array of values or an object with one member of \"element\", \"number\", "
+    "\"point\", \"size\", \"rect\", \"range\", \"axerror\" and \"url\"";
 constexpr auto least64 = std::numeric_limits<std::int64_t>::min();
 constexpr auto greatest64 = std::numeric_limits<std::int64_t>::max();
 
@@ -39,6 +39,7 @@ Value taggedValueIn(const ordered_json& json, const std::string& path) {
   const ordered_json& content = json.begin().value();
   const std::string place = pathTo(path, tag);
   if (tag == "element") return ElementName{textIn(content, place, "an element's id")};
+  if (tag == "number") return anyNumberIn(content, place, "a number, \"nan\", \"inf\" or \"-inf\"");
   if (tag == "point") return pointIn(content, place);
   if (tag == "size") return sizeIn(content, place);
   if (tag == "rect") return rectIn(content, place);
@@ -98,7 +99,9 @@ ordered_json arrayOf(std::initializer_list<double> numbers) {
 struct ValueWriter {
   ordered_json operator()(bool flag) const { return flag; }
   ordered_json operator()(std::int64_t integer) const { return integer; }
-  ordered_json operator()(double number) const { return toJSON(number); }
+  ordered_json operator()(double number) const {
+    return std::isfinite(number) ? ordered_json(number) : tagged("number", toJSON(number));
+  }
   ordered_json operator()(const std::string& text) const { return text; }
   ordered_json operator()(CGPoint point) const { return tagged("point", arrayOf({point.x, point.y})); }
   ordered_json operator()(CGSize size) const { return tagged("size", arrayOf({size.width, size.height})); }

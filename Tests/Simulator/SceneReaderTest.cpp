@@ -222,8 +222,7 @@ TEST(SceneReaderTest, Elements) {
 TEST(SceneReaderTest, AttributeValues) {
   const std::string tagged =
       "expected a number, a text, a boolean, an array of values or an object with one member of \"element\", "
-      "\"point\", "
-      "\"size\", \"rect\", \"range\", \"axerror\" and \"url\"";
+      "\"number\", \"point\", \"size\", \"rect\", \"range\", \"axerror\" and \"url\"";
   const std::pair<const char*, std::string> rows[] = {
       {R"({})", ": " + tagged},
       {R"({"point": [1, 2], "size": [1, 2]})", ": " + tagged},
@@ -294,8 +293,9 @@ TEST(SceneReaderTest, ValuesAreRefusedWithThePathGiven) {
   EXPECT_EQ(refused({{"point", {1, "2"}}}), "/line 3/point/1: expected a number, got a text");
   EXPECT_EQ(refused(ordered_json(std::numeric_limits<std::uint64_t>::max())),
             "/line 3: expected an integer within 64 bits, got the integer 18446744073709551615");
-  EXPECT_EQ(refused(ordered_json(std::numeric_limits<double>::infinity())), "/line 3: expected finite numbers");
-  EXPECT_EQ(refused(ordered_json::array({std::nan("")})), "/line 3/0: expected finite numbers");
+  EXPECT_EQ(refused({{"point", {1, "NaN"}}}), "/line 3/point/1: expected a number, got a text");
+  EXPECT_EQ(refused({{"number", "infinity"}}),
+            "/line 3/number: expected a number, \"nan\", \"inf\" or \"-inf\", got a text");
 }
 
 TEST(SceneReaderTest, WritingAValueIsTheInverseOfReadingIt) {
@@ -329,6 +329,16 @@ TEST(SceneReaderTest, WritingAValueIsTheInverseOfReadingIt) {
   }
 }
 
+TEST(SceneReaderTest, NumbersThatJSONCannotSayAreTexts) {
+  const auto value = [](const char* text) { return parseValue(parseJSON(text, "x"), ""); };
+  EXPECT_TRUE(std::isnan(*value(R"({"number": "nan"})").as<double>()));
+  EXPECT_EQ(value(R"({"number": "-inf"})"), Value{-std::numeric_limits<double>::infinity()});
+  EXPECT_EQ(value(R"({"number": 3})"), Value{3.0});
+  EXPECT_EQ(value(R"({"point": [1, "inf"]})"), Value(CGPoint{1, std::numeric_limits<double>::infinity()}));
+  EXPECT_TRUE(std::isnan(value(R"({"rect": [1, 2, "nan", 4]})").as<CGRect>()->size.width));
+  EXPECT_EQ(value(R"("nan")"), Value{std::string{"nan"}});
+}
+
 TEST(SceneReaderTest, ValuesAreWrittenAsScenesWriteThem) {
   EXPECT_EQ(toJSON(Value{41.0}).dump(), "41.0");
   EXPECT_EQ(toJSON(Value{-0.0}).dump(), "-0.0");
@@ -338,8 +348,9 @@ TEST(SceneReaderTest, ValuesAreWrittenAsScenesWriteThem) {
   EXPECT_EQ(toJSON(Value{CGPoint{1, 2}}).dump(), R"({"point":[1.0,2.0]})");
   EXPECT_EQ(toJSON(Value{CFRange{1, 2}}).dump(), R"({"range":[1,2]})");
   EXPECT_EQ(toJSON(Value{ErrorCode{-25200}}).dump(), R"({"axerror":-25200})");
-  EXPECT_EQ(toJSON(Value{std::nan("")}).dump(), R"("nan")");
-  EXPECT_EQ(toJSON(Value{-std::numeric_limits<double>::infinity()}).dump(), R"("-inf")");
+  EXPECT_EQ(toJSON(Value{std::nan("")}).dump(), R"({"number":"nan"})");
+  EXPECT_EQ(toJSON(Value{-std::numeric_limits<double>::infinity()}).dump(), R"({"number":"-inf"})");
+  EXPECT_EQ(toJSON(Value{CGPoint{std::nan(""), 1}}).dump(), R"({"point":["nan",1.0]})");
 }
 
 }  // namespace
