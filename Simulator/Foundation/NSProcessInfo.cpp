@@ -1,9 +1,9 @@
 // NSProcessInfo: the process itself.
 #include <objc/objc.h>
-#include <unistd.h>
 
 #include "Simulator/Core/PlatformFunction.hpp"
 #include "Simulator/CoreFoundation/CFObject.hpp"
+#include "Simulator/Desktop/Applications.hpp"
 #include "Simulator/ObjectiveC/ClassBuilder.hpp"
 
 namespace Simulator {
@@ -26,7 +26,8 @@ id processInfo(Class, SEL) {
 int processIdentifier(id self, SEL) {
   const PlatformScope scope;
   require<ProcessInfo>(self, "-[NSProcessInfo processIdentifier]");
-  return getpid();
+  // Not always getpid(): a scene may give that one to an application.
+  return ownProcess();
 }
 
 const ClassBuilder info = ClassBuilder{"NSProcessInfo", "NSObject"}

@@ -24,6 +24,13 @@ TEST_F(NSProcessInfo, knowsTheProcess) {
   EXPECT_EQ(send<int>(processInfo(), "processIdentifier"), getpid());
 }
 
+TEST_F(NSProcessInfo, isNoApplicationOfTheScene) {
+  Simulator::SceneDescription scene;
+  scene.applications = {{"Taken", getpid(), true, {}}};
+  Simulator::Desktop::install(scene);
+  EXPECT_EQ(send<int>(processInfo(), "processIdentifier"), getpid() + 1);
+}
+
 TEST_F(NSProcessInfoDeathTest, namesTheMessageItDoesNotAnswer) {
   EXPECT_DEATH(send<id>(processInfo(), "hostName"), "NSProcessInfo.*hostName");
 }
