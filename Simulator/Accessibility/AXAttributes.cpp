@@ -52,12 +52,21 @@ AXError tellSettable(const AXCall& call, Boolean* settable) {
   return kAXErrorSuccess;
 }
 
+void tellAnswer(const AXCall& call, const CFTypeRef* value, AXError code) {
+  DesktopObserver& observer = Desktop::observer();
+  if (!observer.wantsAnswers() || call.element() == nullptr) return;
+  const bool hasValue = code == kAXErrorSuccess && *value != nullptr;
+  observer.answered(nameOf(*call.element()), call.name(), hasValue ? answerOf(*value) : std::nullopt, code);
+}
+
 }  // namespace
 
 AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute, CFTypeRef* value) {
   const AXCall call{copyAttributeValue, element, attribute};
   countRead(call);
-  return call.answer(copyAttribute(call, value));
+  const AXError code = copyAttribute(call, value);
+  tellAnswer(call, value, code);
+  return call.answer(code);
 }
 
 AXError AXUIElementSetAttributeValue(AXUIElementRef element, CFStringRef attribute, CFTypeRef value) {

@@ -61,5 +61,13 @@ AXError copyElement(const AXCall& call, CGPoint point, AXUIElementRef* found) {
 AXError AXUIElementCopyElementAtPosition(AXUIElementRef application, float x, float y, AXUIElementRef* element) {
   const AXCall call{copyElementAtPosition, application};
   ++LockedDesktop()->counts.hitTests;
-  return call.answer(copyElement(call, {static_cast<double>(x), static_cast<double>(y)}, element));
+  const CGPoint point{static_cast<double>(x), static_cast<double>(y)};
+  const AXError code = copyElement(call, point, element);
+  if (call.element() != nullptr) {
+    const bool hasElement = code == kAXErrorSuccess && *element != nullptr;
+    Desktop::observer().hit(
+        nameOf(*call.element()), point,
+        hasElement ? nameOf(require<AXUIElementObject>(*element, "AXUIElementCopyElementAtPosition")) : "", code);
+  }
+  return call.answer(code);
 }

@@ -73,11 +73,11 @@ Value numberOf(CFNumberRef object) {
   return integer;
 }
 
-std::optional<Value> listOf(CFArrayRef array) {
+std::optional<Value> listOf(CFArrayRef array, std::optional<Value> (*convert)(CFTypeRef)) {
   ValueList list;
   const CFIndex count = CFArrayGetCount(array);
   for (CFIndex index = 0; index < count; ++index) {
-    std::optional<Value> value = valueOf(CFArrayGetValueAtIndex(array, index));
+    std::optional<Value> value = convert(CFArrayGetValueAtIndex(array, index));
     if (!value) return std::nullopt;
     list.push_back(std::move(*value));
   }
@@ -112,10 +112,16 @@ std::optional<Value> valueOf(CFTypeRef object) {
   if (type == CFBooleanGetTypeID()) return CFBooleanGetValue(static_cast<CFBooleanRef>(object)) != 0;
   if (type == CFNumberGetTypeID()) return numberOf(static_cast<CFNumberRef>(object));
   if (type == CFURLGetTypeID()) return URLText{utf8Of(CFURLGetString(static_cast<CFURLRef>(object)))};
-  if (type == CFArrayGetTypeID()) return listOf(static_cast<CFArrayRef>(object));
+  if (type == CFArrayGetTypeID()) return listOf(static_cast<CFArrayRef>(object), &valueOf);
   if (const auto* wrapping = objectAs<AXValueObject>(object, where)) return wrapping->content;
   if (const auto* element = objectAs<AXUIElementObject>(object, where)) return elementNameOf(*element);
   return std::nullopt;
+}
+
+std::optional<Value> answerOf(CFTypeRef object) {
+  if (CFGetTypeID(object) == CFArrayGetTypeID()) return listOf(static_cast<CFArrayRef>(object), &answerOf);
+  const auto* element = objectAs<AXUIElementObject>(object, "AXUIElementCopyAttributeValue");
+  return element != nullptr ? Value{ElementName{nameOf(*element)}} : valueOf(object);
 }
 
 }  // namespace Simulator

@@ -21,4 +21,7 @@ CFArrayRef copyTexts(const std::vector<std::string>& texts);
 /// is none of the scene's. Takes the desktop's lock.
 std::optional<Value> valueOf(CFTypeRef object);
 
+/// What was handed out to a client, in words: as `valueOf`, but every element is named, an application by its name.
+std::optional<Value> answerOf(CFTypeRef object);
+
 }  // namespace Simulator

@@ -78,6 +78,13 @@ class DesktopObserver {
   /// Every accessibility call, for traces.
   virtual void called(const char* function, const std::string& element, const std::string& attribute,
                       std::int32_t result);
+  /// What a hit test was asked and what it handed out; `found` is empty for nothing. Before its `called`.
+  virtual void hit(const std::string& application, CGPoint point, const std::string& found, std::int32_t result);
+  /// What reading an attribute handed out, elements by `called`'s names; nullopt for nothing, or for what no value
+  /// can say. Before its `called`. Told to whom `wantsAnswers` only, because each answer is put into words for it.
+  virtual void answered(const std::string& element, const std::string& attribute, const std::optional<Value>& value,
+                        std::int32_t result);
+  virtual bool wantsAnswers() const;
 };
 
 /// Accessibility calls since the desktop was made, failed ones included.

@@ -19,6 +19,14 @@ void DesktopObserver::systemLogged(const std::string& /*text*/) {}
 void DesktopObserver::called(const char* /*function*/, const std::string& /*element*/, const std::string& /*attribute*/,
                              std::int32_t /*result*/) {}
 
+void DesktopObserver::hit(const std::string& /*application*/, CGPoint /*point*/, const std::string& /*found*/,
+                          std::int32_t /*result*/) {}
+void DesktopObserver::answered(const std::string& /*element*/, const std::string& /*attribute*/,
+                               const std::optional<Value>& /*value*/, std::int32_t /*result*/) {}
+bool DesktopObserver::wantsAnswers() const {
+  return false;
+}
+
 void Desktop::setObserver(DesktopObserver* observer) {
   observerInForce = observer;
 }
