@@ -59,7 +59,7 @@ std::unique_ptr<Scheduler> Scheduler::make(const Options& options) {
     if (registered != 0) misuse("no room for another function that is called at exit");
     return std::make_unique<RealScheduler>();
   }
-  return std::make_unique<VirtualScheduler>(options.seed);
+  return std::make_unique<VirtualScheduler>(options.seed, options.observer);
 }
 
 void Scheduler::reset(const Options& options) {

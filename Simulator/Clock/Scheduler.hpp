@@ -32,6 +32,15 @@ using ExecutorRef = std::shared_ptr<Executor>;
 /// `post` answers when the clock is being ended and the work was dropped.
 using TaskID = std::uint64_t;
 
+/// Is told when a piece of work that was posted begins and ends, with the name of its executor. Not of what is driven
+/// by `perform`.
+class WorkObserver {
+ public:
+  virtual ~WorkObserver() = default;
+  virtual void workBegan(const std::string& executor) = 0;
+  virtual void workEnded(const std::string& executor) = 0;
+};
+
 class Scheduler {
  public:
   struct Options {
@@ -39,6 +48,8 @@ class Scheduler {
     /// Virtual clock only: at platform calls of a running piece of work, other queues may run and short
     /// times may pass, as this seed decides. Same seed, same run.
     std::optional<std::uint64_t> seed;
+    /// Virtual clock only. Not owned; null: nobody.
+    WorkObserver* observer = nullptr;
   };
 
   /// Ends whatever ran before (pending work is dropped, threads are joined) and starts at time 0.

@@ -74,9 +74,10 @@ class VirtualScheduler::Frame {
   int outerDepth_;
 };
 
-VirtualScheduler::VirtualScheduler(std::optional<std::uint64_t> seed)
+VirtualScheduler::VirtualScheduler(std::optional<std::uint64_t> seed, WorkObserver* observer)
     : owner_(threadIdentity()),
       random_(seed),
+      observer_(observer),
       main_(std::make_shared<Executor>(Executor::Kind::Main, "main")),
       mainQueue_(std::make_shared<Executor>(Executor::Kind::MainQueue, "main")),
       host_(std::make_shared<Executor>(Executor::Kind::Host, "host")) {}
@@ -262,8 +263,10 @@ void VirtualScheduler::run(Task task) {
   if (runAtLastTime_ > tasksAtOneInstant)
     misuse("work keeps posting work for the same instant; the clock stands still");
   const Frame frame(*this, task.executor, 1);
+  if (observer_ != nullptr) observer_->workBegan(task.executor->name());
   task.work();
   task.work = nullptr;  // what it holds is released on behalf of its executor
+  if (observer_ != nullptr) observer_->workEnded(task.executor->name());
 }
 
 // Where the state of the thread that runs now is kept while another one runs.

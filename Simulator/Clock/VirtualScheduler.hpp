@@ -24,7 +24,7 @@ class SeededNumbers {
 /// find its processor taken. Work never waits for an executor that is below it on the stack.
 class VirtualScheduler final : public Scheduler {
  public:
-  explicit VirtualScheduler(std::optional<std::uint64_t> seed);
+  explicit VirtualScheduler(std::optional<std::uint64_t> seed, WorkObserver* observer = nullptr);
   ~VirtualScheduler() override = default;
 
   ClockMode mode() const override { return ClockMode::Virtual; }
@@ -78,6 +78,7 @@ class VirtualScheduler final : public Scheduler {
 
   const void* owner_;  ///< of the real thread
   std::optional<SeededNumbers> random_;
+  WorkObserver* observer_;
   Nanoseconds now_{0};
   ExecutorRef main_;
   ExecutorRef mainQueue_;

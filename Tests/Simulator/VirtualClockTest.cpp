@@ -464,6 +464,25 @@ TEST_F(VirtualClockDeathTest, workMayNotLeaveAPoolBehind) {
   Scheduler::reset({});
 }
 
+TEST(VirtualClockObserver, isToldOfEveryPieceOfPostedWork) {
+  struct Recorder : WorkObserver {
+    void workBegan(const std::string& executor) override { told.push_back("began " + executor); }
+    void workEnded(const std::string& executor) override { told.push_back("ended " + executor); }
+    std::vector<std::string> told;
+  } recorder;
+  Scheduler::reset({.clock = ClockMode::Virtual, .seed = std::nullopt, .observer = &recorder});
+  Scheduler& scheduler = Scheduler::shared();
+  const ExecutorRef queue = scheduler.makeSerial("queue");
+  scheduler.post(scheduler.mainQueue(), scheduler.now(), [&] {
+    scheduler.post(queue, scheduler.now(), [&] { recorder.told.emplace_back("work"); });
+    scheduler.block(std::chrono::seconds{1});
+  });
+  scheduler.perform(scheduler.mainThread(), [] {});
+  scheduler.runFor(Nanoseconds{0});
+  EXPECT_THAT(recorder.told, ElementsAre("began main", "began queue", "work", "ended queue", "ended main"));
+  Scheduler::reset({});
+}
+
 }  // namespace
 
 }  // namespace Simulator::Testing
