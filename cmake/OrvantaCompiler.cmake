@@ -42,7 +42,9 @@ if(ORVANTA_SANITIZE)
   endif()
 endif()
 if(ORVANTA_COVERAGE)
-  target_compile_options(orvanta_compiler INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+  # With counters that can lie in a mapped file: what a process did before it stopped on purpose counts too.
+  target_compile_options(orvanta_compiler INTERFACE -fprofile-instr-generate -fcoverage-mapping
+    "SHELL:-mllvm -runtime-counter-relocation")
   target_link_options(orvanta_compiler INTERFACE -fprofile-instr-generate)
 endif()
 

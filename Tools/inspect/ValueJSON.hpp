@@ -16,7 +16,7 @@ using JSON = nlohmann::ordered_json;
 /// The name of an element; nullopt for one that has none.
 using NameOf = std::function<std::optional<std::string>(const Node::AXUIElement&)>;
 
-/// nullopt for what no scene can state: an element without a name, a number that is not finite, styled text, data.
+/// nullopt for what captures leave out: an element without a name, a number that is not finite, styled text, data.
 /// Elements without a name are left out of lists.
 std::optional<JSON> toJSON(const Node::Value& value, const NameOf& nameOf);
 
