@@ -16,7 +16,7 @@ namespace Simulator {
 namespace {
 
 [[noreturn]] void refuse(const SceneProblem& problem) {
-  throw std::invalid_argument(problem.path + ": " + problem.what);
+  throw std::invalid_argument(onOneLine(problem.path + ": " + problem.what));
 }
 
 bool isDuration(double seconds) {

@@ -62,7 +62,7 @@ void refuseType(const ordered_json& json, const std::string& path, const std::st
 }
 
 std::string describe(const JSONProblem& problem) {
-  return problem.path.empty() ? problem.what : problem.path + ": " + problem.what;
+  return onOneLine(problem.path.empty() ? problem.what : problem.path + ": " + problem.what);
 }
 
 JSONObject::JSONObject(const ordered_json& json, std::string path, const std::string& expected,

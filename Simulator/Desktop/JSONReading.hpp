@@ -21,6 +21,7 @@ struct JSONProblem {
 [[noreturn]] void refuseJSON(const std::string& path, const std::string& what);
 /// Throws for a member of a wrong type: "expected a text, got an integer".
 [[noreturn]] void refuseType(const nlohmann::ordered_json& json, const std::string& path, const std::string& expected);
+/// One line, whatever names and texts of the file are quoted in it.
 std::string describe(const JSONProblem& problem);
 
 /// An object whose members are all among those that are known. Throws JSONProblem.

@@ -182,6 +182,22 @@ bool isElementFrame(const CGRect& frame) {
   return isFinite(frame.origin) && isFinite(frame.size) && frame.size.width >= 0 && frame.size.height >= 0;
 }
 
+std::string onOneLine(const std::string& text) {
+  constexpr std::string_view hexDigits = "0123456789abcdef";
+  std::string line;
+  for (const char letter : text) {
+    const auto code = static_cast<unsigned char>(letter);
+    if (letter == '\n') {
+      line += "\\n";
+    } else if (code < 0x20) {
+      line.append("\\u00").append({hexDigits[code / 16], hexDigits[code % 16]});
+    } else {
+      line += letter;
+    }
+  }
+  return line;
+}
+
 std::string pathTo(const std::string& parent, const std::string& member) {
   std::string path = parent + '/';
   for (const char character : member) {

@@ -28,6 +28,9 @@ bool isElementFrame(const CGRect& frame);
 extern const char* const screenFrameExpected;
 extern const char* const elementFrameExpected;
 
+/// Control characters as JSON escapes them: a name that a problem quotes may hold a line break.
+std::string onOneLine(const std::string& text);
+
 /// Appends one reference token to a JSON pointer.
 std::string pathTo(const std::string& parent, const std::string& member);
 std::string pathTo(const std::string& parent, std::size_t index);

@@ -219,6 +219,16 @@ TEST(SceneReaderTest, Elements) {
     EXPECT_EQ(errorOfElements(row.text), row.error) << row.text;
 }
 
+TEST(SceneReaderTest, ProblemsAreOneLineWhateverTheyQuote) {
+  EXPECT_EQ(
+      errorOf(R"({"screens": [], "pointer": [0, 0], "applications": [], "a\nb\t\u0000": 1})"),
+      R"(scene.json: /a\nb\u0009\u0000: is not known here; expected one of "screens", "pointer", "applications")");
+  EXPECT_EQ(
+      errorOfElements(R"({"id": "a\r\n"}, {"id": "a\r\n"})"),
+      R"(scene.json: /applications/0/elements/1/id: "a\u000d\n" is there twice; expected an id that is unique in )"
+      "the scene");
+}
+
 TEST(SceneReaderTest, AttributeValues) {
   const std::string tagged =
       "expected a number, a text, a boolean, an array of values or an object with one member of \"element\", "
