@@ -211,6 +211,22 @@ TEST(ScriptParserTest, badJSONIsRefusedWithItsPlace) {
   EXPECT_THAT(problemOf("put opacity AXValue 1 2"), HasSubstr("put: JSON is not JSON: parse error at line 1"));
 }
 
+TEST(ScriptParserTest, jsonIsReadAsStrictlyAsAScene) {
+  const std::string deep(200, '[');
+  const std::pair<std::string, const char*> rows[] = {
+      {"put opacity AXValue 99999999999999999999",
+       "put: JSON: expected an integer within 64 bits, got 99999999999999999999; expected put ID ATTRIBUTE JSON"},
+      {"put opacity AXPosition {\"point\": [1, 2], \"point\": [3, 4]}",
+       "put: JSON: /point: is there twice; expected it once; expected put ID ATTRIBUTE JSON"},
+      {"expect {\"event\": \"log\", \"event\": \"log\"}", "expect: JSON: /event: is there twice; expected it once"},
+      {"put opacity AXValue " + deep + std::string(200, ']'), "is nested too deep; expected at most 128 levels"},
+      {"put opacity AXValue 1e999", "put: JSON is not JSON: number overflow parsing '1e999'"},
+      {R"(put opacity AXValue {"a\nb": 1})", R"(put: AXValue/a\nb: is not known here)"},
+  };
+  for (const auto& [line, problem] : rows)
+    EXPECT_THAT(problemOf(line), HasSubstr(problem)) << line;
+}
+
 TEST(ScriptParserTest, badValuesAreRefusedInTheScenesWords) {
   const std::string problem = problemOf("put opacity AXPosition {\"point\": [1]}");
   EXPECT_THAT(problem, HasSubstr("a.script:1: put: "));

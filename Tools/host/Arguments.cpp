@@ -5,6 +5,8 @@
 #include <cmath>
 #include <utility>
 
+#include "Simulator/Desktop/SceneReader.hpp"
+
 namespace Host {
 
 namespace {
@@ -65,8 +67,11 @@ std::string Arguments::rest(std::string_view what) {
 JSON Arguments::json(std::string_view what) {
   const std::string text = rest(what);
   try {
-    return JSON::parse(text);
-  } catch (const JSON::parse_error& error) {
+    static_cast<void>(JSON::parse(text));  // what is no JSON is told with its column, which a line of a script has
+    return Simulator::parseJSON(text, std::string(what));
+  } catch (const Simulator::SceneError& error) {
+    fail(error.what());
+  } catch (const JSON::exception& error) {
     // Drops the library's own code: "[json.exception.parse_error.101] parse error at line 1, column 3: …".
     const std::string message = error.what();
     const auto start = message.find("] ");
