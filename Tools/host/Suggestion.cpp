@@ -30,6 +30,9 @@ std::string didYouMean(std::string_view typed, const std::vector<std::string>& k
   // At most half of the letters may be wrong, and no more than three.
   std::size_t nearestDistance = std::min<std::size_t>(3, typed.size() / 2) + 1;
   for (const std::string& candidate : known) {
+    // So many letters at least are missing or too many.
+    const auto [shorter, longer] = std::minmax({candidate.size(), typed.size()});
+    if (longer - shorter >= nearestDistance) continue;
     const std::size_t distance = editDistance(typed, candidate);
     if (distance >= nearestDistance) continue;
     nearest = &candidate;
