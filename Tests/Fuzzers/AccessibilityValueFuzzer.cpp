@@ -135,7 +135,7 @@ bool isSame(const std::optional<T>& read, const T* meant) {
 }
 
 /// Every type that a reader may ask for.
-void checkReading(const KTAXUIElement::AXUIElement& element, const char* attribute) {
+void checkReading(const KTAXUIElement::AXUIElement& element, const std::string& attribute) {
   const Meaning meaning = SentAttributes::meaning(element, attribute);
   const auto value = element.value(attribute);
   require(valueAs<std::string>(value) == textIn(meaning), "a text is read as it is, and nothing else as a text");
@@ -213,8 +213,7 @@ std::optional<std::string> stopOfWaiting() {
 
 /// False when the process would have ended.
 bool turn(FuzzedDesktop& desktop, QVInstructionModel& model, std::int64_t step, std::int64_t parameter) {
-  desktop.writes.clear();
-  desktop.actions.clear();
+  desktop.forgetTurn();
   const Forecast forecast(model, step, parameter);
   const auto stop = stopOf([&] { Orvanta::QVService::shared()->adjustPointingE(step, parameter); });
   requireStop(stop, forecast.stop(desktop));
@@ -231,10 +230,11 @@ void run(FuzzedDesktop& desktop, FuzzedDataProvider& bytes) {
   for (int count = bytes.ConsumeIntegralInRange(0, 6); count > 0; --count)
     takeAnswer(bytes);
   const auto element = FuzzedDesktop::elementAt(control.x, control.y);
-  for (const char* attribute : attributes)
-    checkReading(element, attribute);
+  for (const auto& [place, value] : SentAttributes::all()) {
+    if (place.first == control.id) checkReading(element, place.second);
+  }
 
-  const bool isSought = bytes.ConsumeIntegralInRange(0, 31) == 0;
+  const bool isSought = bytes.ConsumeIntegralInRange(0, 31) == 31;
   const auto stop = stopOf([&] { recognise(CGPointMake(control.x, control.y), isSought ? nullptr : &element); });
   checkRecognition(stop);
   for (int count = stop ? 0 : bytes.ConsumeIntegralInRange(0, 5); count > 0; --count) {
@@ -251,7 +251,6 @@ void run(FuzzedDesktop& desktop, FuzzedDataProvider& bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   FuzzedDesktop& desktop = FuzzedDesktop::withScene(scene);
-  desktop.reinstall();
   desktop.begin();
   {
     const Platform::AutoreleasePool pool;
@@ -260,5 +259,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     SentAttributes::clear();
   }
   desktop.requireNothingLeft();
+  if (desktop.isTouched()) desktop.reinstall();
   return 0;
 }

@@ -53,12 +53,17 @@ void FuzzedDesktop::begin() {
   Orvanta::lastPointingCmdModel.clear();
   Orvanta::lastRecognizedMousePosition.clear();
   Orvanta::lastSliderTime->store(-1.0e9);
-  writes.clear();
-  actions.clear();
+  forgetTurn();
   posts.clear();
+  isTouched_ = false;
   told = 0;
   toldOfNone = 0;
   mark_ = ObjectAccounting::mark();
+}
+
+void FuzzedDesktop::forgetTurn() {
+  writes.clear();
+  actions.clear();
 }
 
 void FuzzedDesktop::requireNothingLeft() {

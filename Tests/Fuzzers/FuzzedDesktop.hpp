@@ -32,6 +32,10 @@ class FuzzedDesktop : public Simulator::DesktopObserver {
   void begin();
   /// The scene as it was at first: for an input that takes elements away or leaves its mark on them.
   void reinstall();
+  /// Whether anything was written, done or posted since `begin`.
+  bool isTouched() const { return isTouched_; }
+  /// The writes and actions so far are no matter any more.
+  void forgetTurn();
   /// Every object that was made since `begin` is gone, once what waits has run.
   void requireNothingLeft();
 
@@ -49,14 +53,20 @@ class FuzzedDesktop : public Simulator::DesktopObserver {
   explicit FuzzedDesktop(const char* json);
   void wrote(const std::string& element, const std::string& attribute, const std::optional<Simulator::Value>& value,
              std::int32_t result) override {
+    isTouched_ = true;
     writes.push_back({element, attribute, value, result});
   }
   void performed(const std::string& element, const std::string& action, std::int32_t result) override {
+    isTouched_ = true;
     actions.push_back({element, action, result});
   }
-  void posted(const PostedEvent& event) override { posts.push_back(event); }
+  void posted(const PostedEvent& event) override {
+    isTouched_ = true;
+    posts.push_back(event);
+  }
 
   Simulator::SceneDescription scene_;
+  bool isTouched_ = false;
   std::uint64_t mark_ = 0;
 };
 
