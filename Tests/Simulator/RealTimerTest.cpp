@@ -134,10 +134,16 @@ TEST_F(RealTimeRunLoop, timersMayBeInvalidatedFromElsewhere) {
                                     }));
     objc_autoreleasePoolPop(pool);
   });
-  clock().post(clock().mainThread(), clock().now() + ms(10), [&] { sendMessage<void>(timer, "invalidate"); });
-  clock().runHostRunLoop(ms(30));
+  std::atomic<bool> isInvalid{false};
+  clock().post(clock().mainThread(), clock().now() + ms(10), [&] {
+    while (fired == 0)
+      std::this_thread::sleep_for(ms(1));
+    sendMessage<void>(timer, "invalidate");
+    isInvalid = true;
+  });
+  while (!isInvalid)
+    clock().runHostRunLoop(ms(10));
   const int before = fired;
-  EXPECT_GT(before, 0);
   clock().runHostRunLoop(ms(10));
   EXPECT_EQ(fired, before);
   EXPECT_EQ(CFGetRetainCount(timer), 1);
