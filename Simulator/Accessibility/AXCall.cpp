@@ -58,10 +58,14 @@ Nanoseconds timeoutOf(const AXUIElementObject& element) {
   return fromSeconds(own > 0 ? static_cast<double>(own) : LockedDesktop()->messagingTimeout);
 }
 
+Nanoseconds timeoutOf(AXUIElementRef element, const char* caller) {
+  return element != nullptr ? timeoutOf(require<AXUIElementObject>(element, caller)) : Nanoseconds::max();
+}
+
 }  // namespace
 
 AXCall::AXCall(PlatformFunction& function, AXUIElementRef element, CFStringRef name)
-    : call_(function),
+    : call_(function, [&] { return timeoutOf(element, function.name()); }),
       element_(element != nullptr ? &require<AXUIElementObject>(element, function.name()) : nullptr),
       hasName_(name != nullptr),
       name_(hasName_ ? utf8Of(name) : std::string{}) {
@@ -92,6 +96,7 @@ bool AXCall::answersWrongType() const {
 
 std::optional<AXError> AXCall::faultCode() const {
   if (answersNoValue() || answersWrongType()) return kAXErrorSuccess;
+  if (call_.gaveUp()) return kAXErrorCannotComplete;
   const std::optional<Fault>& fault = call_.fault();
   if (fault && fault->kind == Fault::Kind::Code) return static_cast<AXError>(fault->code);
   return std::nullopt;

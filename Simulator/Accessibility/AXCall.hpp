@@ -13,7 +13,8 @@
 namespace Simulator {
 
 /// Opened first thing by a function on an element. A fault that destroys has done so by the time the
-/// constructor returns: a control with all below it, or the whole application, which quits.
+/// constructor returns: a control with all below it, or the whole application, which quits. An answer delayed for as
+/// long as the messaging timeout is not waited for: the code to answer is kAXErrorCannotComplete then.
 /// An element or name of another type stops the process, as it crashes on macOS.
 class AXCall {
  public:

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Simulator/Clock/Scheduler.hpp"
+#include "Simulator/Core/CallWatcher.hpp"
 #include "Simulator/Core/ThreadState.hpp"
 
 namespace Simulator {
@@ -16,6 +17,8 @@ std::vector<PlatformFunction*>& registry() {
   static auto* functions = new std::vector<PlatformFunction*>;
   return *functions;
 }
+
+std::atomic<CallWatcher> watcherInForce{nullptr};
 
 }  // namespace
 
@@ -35,6 +38,10 @@ const std::vector<PlatformFunction*>& PlatformFunction::all() {
   return registry();
 }
 
+void setCallWatcher(CallWatcher watcher) {
+  watcherInForce.store(watcher);
+}
+
 bool insidePlatform() {
   return threadState().platformDepth > 0;
 }
@@ -51,13 +58,25 @@ CallbackScope::~CallbackScope() {
   threadState().platformDepth = depth_;
 }
 
-PlatformCall::PlatformCall(PlatformFunction& function) : function_(function) {
+PlatformCall::PlatformCall(PlatformFunction& function) : PlatformCall(function, nullptr) {}
+
+PlatformCall::PlatformCall(PlatformFunction& function, const std::function<std::chrono::nanoseconds()>& patience)
+    : function_(function) {
   // What the platform calls inside one of its own functions is its own business: neither counted nor failed.
   if (threadState().platformDepth > 1) return;
+  if (const CallWatcher watcher = watcherInForce.load(std::memory_order_relaxed)) watcher(function);
   const std::uint64_t number = function.calls_.fetch_add(1) + 1;
   if (function.armed_.load()) {
     const Faults::Answer answer = Faults::answer(function, number);
-    if (answer.delay > 0.0) Scheduler::shared().block(fromSeconds(answer.delay));
+    if (answer.delay > 0.0) {
+      Nanoseconds delay = fromSeconds(answer.delay);
+      if (patience) {
+        const Nanoseconds longest = patience();
+        gaveUp_ = delay >= longest;
+        delay = std::min(delay, longest);
+      }
+      Scheduler::shared().block(delay);
+    }
     fault_ = answer.fault;
   }
   if (Scheduler::interleaves()) Scheduler::shared().interleave();

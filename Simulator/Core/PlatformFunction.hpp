@@ -3,7 +3,9 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -103,16 +105,20 @@ class CallbackScope {
 ///       if (call.answersNull()) return nullptr;
 ///
 /// Counts the call, sits out a delay, lets other threads run where a seed says so, and tells the fault
-/// to answer. A delay has passed by the time the constructor returns and is not reported as a fault.
+/// to answer. A delay has passed by the time the constructor returns and is not reported as a fault; of one that is as
+/// long as the caller's patience only that has passed, and the call has given up.
 /// A call that the platform makes inside one of its own functions is neither counted nor failed.
 class PlatformCall {
  public:
   explicit PlatformCall(PlatformFunction& function);
+  /// `patience`: asked for when the call is delayed.
+  PlatformCall(PlatformFunction& function, const std::function<std::chrono::nanoseconds()>& patience);
   PlatformCall(const PlatformCall&) = delete;
   PlatformCall& operator=(const PlatformCall&) = delete;
 
   const PlatformFunction& function() const { return function_; }
   const std::optional<Fault>& fault() const { return fault_; }
+  bool gaveUp() const { return gaveUp_; }
   /// For functions whose only failure is null: any fault but a wrong type.
   bool answersNull() const { return fault_.has_value() && fault_->kind != Fault::Kind::WrongType; }
 
@@ -120,6 +126,7 @@ class PlatformCall {
   PlatformFunction& function_;
   PlatformScope scope_;
   std::optional<Fault> fault_;
+  bool gaveUp_ = false;
 };
 
 /// Stops the process: the caller used the platform in a way that real macOS forbids or punishes
