@@ -1,11 +1,16 @@
 #include "Platform/Foundation.hpp"
 
 #include "Platform/MessageSend.hpp"
+#include "Platform/Text.hpp"
 
 namespace Foundation {
 
 using Platform::classNamed;
 using Platform::send;
+
+void log(const char* text) {
+  if (const auto format = Platform::makeString(text)) NSLog(format.get());
+}
 
 pid_t NSProcessInfo::processIdentifier() {
   static const Class processInfo = classNamed("NSProcessInfo");

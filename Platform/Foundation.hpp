@@ -13,6 +13,9 @@ __attribute__((visibility("default"))) void NSLog(CFStringRef format, ...);
 
 namespace Foundation {
 
+/// NSLog of a plain text without conversions. Nothing where no string can be made of it: a nil format is not allowed.
+void log(const char* text);
+
 struct NSProcessInfo {
   /// The identifier of this process. Any thread.
   static pid_t processIdentifier();

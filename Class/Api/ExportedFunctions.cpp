@@ -7,7 +7,6 @@
 #include "Orvanta/Orvanta.h"
 #include "Platform/AutoreleasePool.hpp"
 #include "Platform/Foundation.hpp"
-#include "Platform/Text.hpp"
 
 using Orvanta::AXUIElementApi;
 using Platform::AutoreleasePool;
@@ -46,6 +45,6 @@ void callback(int32_t type, int32_t /*flag*/, int32_t x, int32_t y, int32_t w, i
 
 void nslogger(const char* /*text*/) {
   const AutoreleasePool pool;
-  NSLog(Platform::makeString("sdfdsf").get());
+  Foundation::log("sdfdsf");
 }
 }

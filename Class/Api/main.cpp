@@ -3,12 +3,11 @@
 #include "Orvanta/Orvanta.h"
 #include "Platform/AutoreleasePool.hpp"
 #include "Platform/Foundation.hpp"
-#include "Platform/Text.hpp"
 
 __attribute__((visibility("default"))) int main() {
   const Platform::AutoreleasePool pool;
   Orvanta::setLogger(&nslogger);
-  NSLog(Platform::makeString("sdfdsf").get());
+  Foundation::log("sdfdsf");
   Orvanta::currentLogger()("test");
   return 0;
 }

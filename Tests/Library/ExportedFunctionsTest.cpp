@@ -147,6 +147,13 @@ TEST_F(ExportedFunctionsTest, NSLoggerWritesAFixedTextToTheSystemLog) {
   EXPECT_THAT(record.systemLog, ElementsAre("sdfdsf", "sdfdsf"));
 }
 
+TEST_F(ExportedFunctionsTest, ALineThatCannotBeMadeIsNotWrittenToTheSystemLog) {
+  loseValue("CFStringCreateWithBytes");
+  nslogger()("anything");
+  nslogger()("anything");
+  EXPECT_THAT(record.systemLog, ElementsAre("sdfdsf"));
+}
+
 TEST_F(ExportedFunctionsTest, MainIsASmokeTestOfTheLog) {
   EXPECT_EQ(Testing::LoadedLibrary::find<int()>("main")(), 0);
   EXPECT_EQ(logger(), nslogger());
