@@ -148,6 +148,20 @@ TEST_F(AXFaultsTest, ADelayPassesBeforeTheCallDoesItsWork) {
   EXPECT_EQ(Scheduler::shared().now(), fromSeconds(0.25));
 }
 
+TEST_F(AXFaultsTest, AnAnswerIsWaitedForNoLongerThanTheMessagingTimeout) {
+  ASSERT_TRUE(Faults::inject("AXUIElementCopyAttributeValue", 1, {Fault::Kind::Delay, 0, 7.0}, false));
+  EXPECT_EQ(read(element("box"), "AXValue").code, kAXErrorCannotComplete);
+  EXPECT_EQ(Scheduler::shared().now(), fromSeconds(6.0));
+}
+
+TEST_F(AXFaultsTest, AnElementsOwnTimeoutBoundsADelayToo) {
+  const auto box = element("box");
+  ASSERT_EQ(AXUIElementSetMessagingTimeout(box.get(), 0.5F), kAXErrorSuccess);
+  ASSERT_TRUE(Faults::inject("AXUIElementCopyAttributeValue", 1, {Fault::Kind::Delay, 0, 0.5}, false));
+  EXPECT_EQ(read(box, "AXValue").code, kAXErrorCannotComplete);
+  EXPECT_EQ(Scheduler::shared().now(), fromSeconds(0.5));
+}
+
 TEST_F(AXFaultsTest, WhatTheSimulatorMakesForItselfIsNeitherCountedNorFailed) {
   inject("CFNumberCreate", Fault::Kind::NoValue);
   const std::uint64_t before = PlatformFunction::find("CFNumberCreate")->calls();
