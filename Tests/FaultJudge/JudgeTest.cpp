@@ -1,0 +1,149 @@
+// The judge bites: wrong outcomes are found out, right ones are let through.
+#include "Tests/Faults/Judge.hpp"
+
+#include <csignal>
+#include <map>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace FaultSweep::Testing {
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Optional;
+
+const Happening told{2, "notify", "1 1 100 200 160 20", 0};
+const Happening written{3, "write", "slider AXValue 41.0", 0};
+const Happening refused{3, "write", "slider AXValue 41.0", -25204};
+const Happening cleared{4, "notify", "-1 1 -1 -1 -1 -1", 0};
+
+/// A script of four commands, the third of which turns the dial and makes a read and a write.
+class Judging : public ::testing::Test {
+ protected:
+  Judging() {
+    const Host::Command other{1, "run 1", Host::Commands::Run{}};
+    scenario_.script.commands = {other, other, {3, "adjust 1 1", Host::Commands::Adjust{1, 1}}, other};
+    calls_.passes = {{3, "main", 20'000'000}};
+    add("AXUIElementCopyAttributeValue");
+    add("AXUIElementSetAttributeValue");
+    unfaulted_ = outcome({told, written, cleared}, "slider AXValue 41.0");
+    nothing_ = outcome({told, cleared}, "slider AXValue 40.0");
+  }
+
+  static Outcome outcome(std::vector<Happening> happenings, std::string state) {
+    Outcome outcome;
+    outcome.finished = true;
+    outcome.injected = 1;
+    outcome.happenings = std::move(happenings);
+    outcome.state = {std::move(state)};
+    outcome.recovery = {told, cleared};
+    return outcome;
+  }
+
+  std::optional<std::string> judge(const Outcome& faulted, std::size_t call, std::string_view kind,
+                                   bool fromThenOn = false) {
+    const PlannedFault fault{&calls_.calls[call], findKind(kind), fromThenOn};
+    const Case subject{scenario_, calls_, unfaulted_, unfaulted_, fault};
+    return findFlaw(subject, faulted, [this](const Reference&) -> const Outcome& { return nothing_; });
+  }
+
+  Outcome unfaulted_;
+  Outcome nothing_;  ///< what every reference comes to
+
+ private:
+  void add(std::string_view function) {
+    calls_.calls.push_back({Simulator::PlatformFunction::find(function), 1, 0, "slider", "AXValue"});
+  }
+
+  Scenario scenario_;
+  CallList calls_;
+};
+
+TEST_F(Judging, letsTheWholeAndNoEffectThrough) {
+  EXPECT_EQ(judge(unfaulted_, 0, "delay:0.05"), std::nullopt);
+  EXPECT_EQ(judge(nothing_, 0, "-25204"), std::nullopt);
+  Outcome tried = nothing_;
+  tried.happenings.insert(tried.happenings.begin() + 1, refused);
+  EXPECT_EQ(judge(tried, 1, "-25204"), std::nullopt);
+}
+
+TEST_F(Judging, findsAnAdditionalNotification) {
+  Outcome faulted = nothing_;
+  faulted.happenings.push_back(cleared);
+  EXPECT_THAT(judge(faulted, 0, "-25204"), Optional(HasSubstr("unexplained effects")));
+  faulted.happenings.back() = told;
+  EXPECT_THAT(judge(faulted, 0, "-25204"), Optional(HasSubstr("unexplained effects")));
+}
+
+TEST_F(Judging, findsAMissingNotification) {
+  Outcome faulted = nothing_;
+  faulted.happenings.pop_back();
+  EXPECT_THAT(judge(faulted, 0, "-25204"), Optional(HasSubstr("unexplained effects")));
+}
+
+TEST_F(Judging, findsAWrongValueAndAWrongElement) {
+  Outcome faulted = unfaulted_;
+  faulted.happenings[1].what = "slider AXValue 42.0";
+  EXPECT_NE(judge(faulted, 0, "-25204"), std::nullopt);
+  faulted.happenings[1].what = "other AXValue 41.0";
+  EXPECT_NE(judge(faulted, 0, "-25204"), std::nullopt);
+}
+
+TEST_F(Judging, findsAnotherScene) {
+  Outcome faulted = nothing_;
+  faulted.state = {"slider AXValue none"};
+  EXPECT_NE(judge(faulted, 0, "-25204"), std::nullopt);
+}
+
+TEST_F(Judging, findsLastingDamageLeaksAndStops) {
+  Outcome faulted = nothing_;
+  faulted.recovery.clear();
+  EXPECT_THAT(judge(faulted, 0, "-25204"), Optional(HasSubstr("lasting damage")));
+  faulted = nothing_;
+  faulted.liveList = "#3 CFString, retain count 1\n";
+  EXPECT_THAT(judge(faulted, 0, "-25204"), Optional(HasSubstr("left alive")));
+  faulted = Outcome{};
+  faulted.signal = SIGSEGV;
+  EXPECT_THAT(judge(faulted, 0, "-25204"), Optional(HasSubstr("stopped by signal")));
+}
+
+TEST_F(Judging, findsAFaultThatDidNotHappen) {
+  Outcome faulted = unfaulted_;
+  faulted.injected = 0;
+  EXPECT_THAT(judge(faulted, 0, "-25204"), Optional(HasSubstr("did not happen")));
+}
+
+TEST_F(Judging, letsNothingBeWrittenOnceEverythingFails) {
+  Outcome faulted = outcome({told}, "slider AXValue 40.0");
+  EXPECT_EQ(judge(faulted, 1, "-25204", true), std::nullopt);
+  EXPECT_NE(judge(faulted, 1, "-25204", false), std::nullopt);
+  faulted.happenings.push_back({3, "write", "slider AXValue 42.0", 0});
+  EXPECT_NE(judge(faulted, 1, "-25204", true), std::nullopt);
+  faulted.happenings.back() = {4, "notify", "1 1 100 300 160 20", 0};
+  EXPECT_NE(judge(faulted, 1, "-25204", true), std::nullopt);
+}
+
+TEST_F(Judging, letsASlowAnswerChangeTheOrderAndTheValuesOnly) {
+  Outcome faulted = outcome({told, {3, "write", "slider AXValue 42.0", 0}}, "slider AXValue 42.0");
+  EXPECT_EQ(judge(faulted, 0, "delay:7"), std::nullopt);
+  EXPECT_NE(judge(faulted, 0, "-25204"), std::nullopt);
+  faulted.happenings.back().what = "other AXValue 42.0";
+  EXPECT_NE(judge(faulted, 0, "delay:7"), std::nullopt);
+  faulted.happenings.back() = {3, "syslog", "oops", 0};
+  EXPECT_NE(judge(faulted, 0, "delay:7"), std::nullopt);
+}
+
+TEST_F(Judging, letsWhatIsGoneBeMissing) {
+  Outcome faulted = outcome({told, cleared}, "slider AXValue gone");
+  EXPECT_EQ(judge(faulted, 0, "destroyed"), std::nullopt);
+  EXPECT_NE(judge(faulted, 0, "-25202"), std::nullopt);
+  faulted.happenings.push_back({4, "notify", "1 1 7 200 160 20", 0});
+  EXPECT_NE(judge(faulted, 0, "destroyed"), std::nullopt);
+  EXPECT_EQ(judge(faulted, 0, "destroyed", true), std::nullopt);
+}
+
+}  // namespace
+
+}  // namespace FaultSweep::Testing

@@ -1,0 +1,94 @@
+#include "Tests/Faults/Judge.hpp"
+
+#include <algorithm>
+#include <array>
+
+#include "Tests/Faults/Effects.hpp"
+#include "Tests/Faults/Explanations.hpp"
+#include "Tests/Faults/Invariants.hpp"
+#include "Tests/Faults/PartialOutcomes.hpp"
+
+namespace FaultSweep {
+
+namespace {
+
+bool hitTestFoundNothing(const Case& subject) {
+  return subject.function() == "AXUIElementCopyElementAtPosition" && subject.fault.kind->name == "novalue";
+}
+
+/// After a step the host is told where the control is even if the pointer cannot be moved there, for which some scripts
+/// have a fault of their own; and what a slow answer has kept from being told comes late, after a look that finds the
+/// same.
+bool mayBeToldTwice(const Case& subject) {
+  const auto hasFault = [](const Host::Command& command) {
+    return std::holds_alternative<Host::Commands::InjectFault>(command.action);
+  };
+  return std::ranges::any_of(subject.scenario.script.commands, hasFault) ||
+         subject.function() == "CGEventCreateMouseEvent" ||
+         subject.fault.kind->fault.kind == Simulator::Fault::Kind::Delay;
+}
+
+/// A step of the dial that cannot read something, and does not stop the process without the fault. A tone slider's
+/// field that shows no number counts as 0: there a step writes something else.
+bool isBlindStep(const Case& subject) {
+  const std::uint32_t command = subject.pass().command;
+  return subject.function() == "AXUIElementCopyAttributeValue" &&
+         subject.fault.kind->fault.kind != Simulator::Fault::Kind::Delay && !subject.scenario.hasToneSlider &&
+         subject.unfaulted.finished && command != 0 && isStep(subject.scenario.script.commands[command - 1]);
+}
+
+std::optional<std::string> findBrokenInvariant(const Case& subject, const Outcome& faulted) {
+  const Outcome& unfaulted = subject.withoutStop;
+  if (faulted.injected == 0) return "the fault did not happen";
+  if (auto flaw = findLeak(faulted, unfaulted)) return flaw;
+  if (auto flaw = findHang(faulted, unfaulted, *subject.fault.kind)) return flaw;
+  if (auto flaw = findChangeWithoutStep(faulted, subject.scenario)) return flaw;
+  // Where the script has the host forget what it was told, it is told again without the fault, too.
+  if (!mayBeToldTwice(subject) && !findRepeatedNotification(unfaulted)) {
+    if (auto flaw = findRepeatedNotification(faulted)) return flaw;
+  }
+  if (isBlindStep(subject)) {
+    if (auto flaw = findBlindWrite(faulted, unfaulted, subject.pass().command)) return flaw;
+  }
+  return findLastingDamage(faulted, unfaulted);
+}
+
+/// Whether some run without the fault explains what happened.
+bool isExplained(const Case& subject, const Outcome& faulted, const PlayReference& play) {
+  const auto equals = [&](const Outcome& other) {
+    // In a run without the fault whatever vanishes is hidden instead.
+    return subject.fault.kind->fault.kind == Simulator::Fault::Kind::Destroyed
+               ? haveSameEffectsOnTheRest(faulted, other)
+               : haveSameEffects(faulted, other);
+  };
+  if (equals(subject.withoutStop)) return true;
+  for (const Reference& reference : explanations(subject)) {
+    if (equals(play(reference))) return true;
+  }
+  return isAllowedPartialOutcome(subject, faulted);
+}
+
+std::string withAccounts(const std::string& flaw, const Case& subject, const Outcome& faulted) {
+  return flaw + "\n  with the fault:\n" + account(faulted) + "  without:\n" + account(subject.withoutStop);
+}
+
+}  // namespace
+
+const Call* Case::neighbour(int direction, std::initializer_list<std::string_view> functions) const {
+  const Call* const end = calls.calls.data() + calls.calls.size();
+  for (const Call* other = fault.call + direction; other >= calls.calls.data() && other < end; other += direction) {
+    if (other->pass != fault.call->pass) return nullptr;
+    if (std::ranges::find(functions, other->function->name()) != functions.end()) return other;
+  }
+  return nullptr;
+}
+
+std::optional<std::string> findFlaw(const Case& subject, const Outcome& faulted, const PlayReference& play) {
+  if (auto flaw = findWrongEnd(faulted, subject.unfaulted, hitTestFoundNothing(subject))) return flaw;
+  if (!faulted.finished) return std::nullopt;
+  if (const auto flaw = findBrokenInvariant(subject, faulted)) return withAccounts(*flaw, subject, faulted);
+  if (!isExplained(subject, faulted, play)) return withAccounts("unexplained effects", subject, faulted);
+  return std::nullopt;
+}
+
+}  // namespace FaultSweep

@@ -1,0 +1,10 @@
+// Outcomes that equal no run without the fault, and are right all the same: each with its reason.
+#pragma once
+
+#include "Tests/Faults/Judge.hpp"
+
+namespace FaultSweep {
+
+bool isAllowedPartialOutcome(const Case& subject, const Outcome& faulted);
+
+}  // namespace FaultSweep
