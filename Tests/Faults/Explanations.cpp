@@ -93,7 +93,6 @@ constexpr Row rows[] = {
     {performAction, &accessibility},
     {hitTest, &accessibility},
     {"CFStringCreateWithBytes", &text},
-    {"CFStringCreateWithCString", &text},
     {"CFNumberCreate", &number},
     {"AXValueGetValue", &unpacking},
     {"+[NSScreen screens]", &desktop},

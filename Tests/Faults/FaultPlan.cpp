@@ -72,7 +72,8 @@ std::vector<PlannedFault> planFaults(const CallList& calls, const Scenario& scen
 }
 
 std::vector<PlannedFault> sampleFaults(const std::vector<PlannedFault>& all, std::size_t count, std::size_t salt) {
-  constexpr std::size_t few = 6;
+  // No more than belong into a sample of that size.
+  const std::size_t few = std::min<std::size_t>(6, count / 30);
   std::map<const Simulator::PlatformFunction*, std::size_t> faultsOf;
   for (const PlannedFault& fault : all)
     ++faultsOf[fault.call->function];

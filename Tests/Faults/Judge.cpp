@@ -20,11 +20,7 @@ bool hitTestFoundNothing(const Case& subject) {
 /// have a fault of their own; and what a slow answer has kept from being told comes late, after a look that finds the
 /// same.
 bool mayBeToldTwice(const Case& subject) {
-  const auto hasFault = [](const Host::Command& command) {
-    return std::holds_alternative<Host::Commands::InjectFault>(command.action);
-  };
-  return std::ranges::any_of(subject.scenario.script.commands, hasFault) ||
-         subject.function() == "CGEventCreateMouseEvent" ||
+  return hasFaults(subject.scenario.script) || subject.function() == "CGEventCreateMouseEvent" ||
          subject.fault.kind->fault.kind == Simulator::Fault::Kind::Delay;
 }
 

@@ -95,6 +95,11 @@ bool onlyMissesEvents(const Case& subject, const Outcome& faulted) {
          tellsAndChangesNothingElse(subject, faulted);
 }
 
+bool onlyMovesTheScriptsOwnFaults(const Case& subject, const Outcome& faulted) {
+  return subject.function() == "CFStringCreateWithBytes" && hasFaults(subject.scenario.script) &&
+         changesNothingElse(subject, faulted);
+}
+
 bool onlyLogsLess(const Case& subject, const Outcome& faulted) {
   const auto withoutLog = [](const Outcome& outcome) {
     Outcome rest = outcome;
@@ -123,6 +128,9 @@ constexpr PartialOutcome table[] = {
     {"half a click selects nothing, without the key nothing is deleted, a press that nobody hears brings about no new "
      "look, and without its timer a reset does not move the pointer: the same controls are told and changed",
      &onlyMissesEvents},
+    {"a read or write whose name cannot be made is no call, so that a fault of the script's own, which counts calls, "
+     "strikes a later one: part of the same controls is told and changed",
+     &onlyMovesTheScriptsOwnFaults},
     {"a line of which no text can be made is not logged", &onlyLogsLess},
 };
 

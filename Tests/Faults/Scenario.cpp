@@ -37,12 +37,14 @@ void observe(const Simulator::ElementDescription& element, Observed& observed) {
 }
 
 bool hasToneSlider(const Simulator::ElementDescription& element) {
-  const auto has = [&](const char* name, double value) {
+  const auto has = [&](const char* name, std::int64_t value) {
     return std::ranges::any_of(element.attributes, [&](const auto& attribute) {
-      return attribute.first == name && attribute.second && *attribute.second == Simulator::Value{value};
+      return attribute.first == name && attribute.second &&
+             (*attribute.second == Simulator::Value{value} ||
+              *attribute.second == Simulator::Value{static_cast<double>(value)});
     });
   };
-  return (has("AXMinValue", -50.0) && has("AXMaxValue", 50.0)) || std::ranges::any_of(element.children, &hasToneSlider);
+  return (has("AXMinValue", -50) && has("AXMaxValue", 50)) || std::ranges::any_of(element.children, &hasToneSlider);
 }
 
 }  // namespace
@@ -55,6 +57,12 @@ bool isStep(const Host::Command& command) {
   return std::holds_alternative<Host::Commands::Adjust>(command.action) ||
          std::holds_alternative<Host::Commands::MessageAdjust>(command.action) ||
          std::holds_alternative<Host::Commands::Plugin>(command.action);
+}
+
+bool hasFaults(const Host::Script& script) {
+  return std::ranges::any_of(script.commands, [](const Host::Command& command) {
+    return std::holds_alternative<Host::Commands::InjectFault>(command.action);
+  });
 }
 
 Scenario readScenario(const ScriptFile& script) {

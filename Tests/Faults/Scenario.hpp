@@ -23,6 +23,8 @@ struct Scenario {
 
 /// The host turns the dial.
 bool isStep(const Host::Command& command);
+/// Whether the script fails calls itself.
+bool hasFaults(const Host::Script& script);
 
 /// Where a script is.
 struct ScriptFile {

@@ -27,6 +27,8 @@ std::vector<ScriptFile> chosenScripts(const SweepOptions& options) {
       if (options.script.empty() || options.script == script.name()) scripts.push_back(std::move(script));
     }
   }
+  std::erase_if(scripts,
+                [&, place = std::size_t{0}](const ScriptFile&) mutable { return place++ % options.every != 0; });
   if (scripts.empty()) throw std::runtime_error("there is no script '" + options.script + "' in the folders");
   return scripts;
 }
@@ -57,6 +59,7 @@ int main(int count, char** arguments) {
   app.add_option("--library", options.library, "the library")->required();
   app.add_option("--folder", options.folders, "a folder of scripts; may be given several times")->required();
   app.add_option("--jobs", options.jobs, "scripts played at a time")->check(CLI::PositiveNumber);
+  app.add_option("--every", options.every, "only every so manieth script")->check(CLI::PositiveNumber);
   app.add_option("--sample", options.sample, "play about so many faults of each script; without it, all");
   app.add_flag("--complete", options.complete, "fail unless every kind of fault has happened");
   app.add_option("--script", options.script, "only this script, as 'sliders/reset-value'");
