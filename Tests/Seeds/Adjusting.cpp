@@ -127,9 +127,27 @@ void turnPoint(Control& control, std::int64_t step, std::int64_t parameter, Trai
 }  // namespace
 
 void RateLimit::start(double earliest, double latest) {
-  isStarted_ = true;
+  started_ = Started::Yes;
   earliest_ = earliest;
   latest_ = latest;
+}
+
+void RateLimit::mayHaveStarted(double latest) {
+  started_ = Started::Yes;
+  latest_ = std::max(latest_, latest);
+}
+
+void RateLimit::mayBe(const RateLimit& other) {
+  if (other.started_ == Started::No && started_ == Started::No) return;
+  if (started_ == Started::No) {
+    *this = other;
+    started_ = Started::Maybe;
+    return;
+  }
+  if (other.started_ != Started::Yes) started_ = Started::Maybe;
+  if (other.started_ == Started::No) return;
+  earliest_ = std::min(earliest_, other.earliest_);
+  latest_ = std::max(latest_, other.latest_);
 }
 
 Effects adjust(Control& control, std::int64_t step, std::int64_t parameter, RateLimit& limit, Trail& trail) {

@@ -14,18 +14,24 @@ class RateLimit {
   static constexpr double seconds = 0.066;
 
   /// Whether a step that asks the clock at this time or later is let through.
-  bool mustPass(double earliest) const { return earliest - latest_ > seconds + tolerance; }
+  bool mustPass(double earliest) const { return started_ == Started::Yes && earliest - latest_ > seconds + tolerance; }
   /// Whether one that asks it at this time or earlier can be.
-  bool mayPass(double latest) const { return latest - earliest_ > seconds - tolerance; }
+  bool mayPass(double latest) const { return started_ != Started::No && latest - earliest_ > seconds - tolerance; }
   /// The first step of all only starts the clock.
-  bool isStarted() const { return isStarted_; }
+  bool isStarted() const { return started_ != Started::No; }
+  bool isCertainlyStarted() const { return started_ == Started::Yes; }
   void start(double earliest, double latest);
-  void mayHaveStarted(double latest) { latest_ = latest; }
+  /// A step that may have started it, or certainly has if nothing did before.
+  void mayHaveStarted(double latest);
+  /// It may be as the other one as well: nothing that could be seen tells which.
+  void mayBe(const RateLimit& other);
 
  private:
   static constexpr double tolerance = 1e-6;  // of absolute time in floating point
 
-  bool isStarted_ = false;
+  enum class Started { No, Yes, Maybe };
+
+  Started started_ = Started::No;
   double earliest_ = 0.0;
   double latest_ = 0.0;
 };

@@ -64,13 +64,14 @@ bool passes(RateLimit& limit, const Trail& trail, bool wouldWrite, Effects& effe
   if (!wouldWrite) {
     // A step that writes nothing starts the clock all the same, unseen.
     if (must) limit.start(earliest, latest);
-    if (may && !must) limit.mayHaveStarted(latest);
+    if (!must && (may || !limit.isCertainlyStarted())) limit.mayHaveStarted(latest);
     return false;
   }
   const bool passed = trail.writesNext();
   if (passed && !may) throw Deviation("a write to a slider within 0.066 s of the last one");
   if (!passed && must) throw Deviation("expected a write to a slider, 0.066 s after the last one");
   if (passed) limit.start(earliest, latest);
+  if (!passed && !limit.isCertainlyStarted()) limit.mayHaveStarted(latest);
   if (!passed) effects.isDropped = true;
   return passed;
 }

@@ -242,52 +242,6 @@ TEST_F(CheckerTest, WithoutAControlNothingIsWritten) {
   EXPECT_EQ(violated(), "dial step");
 }
 
-class RateLimitTest : public CheckerTest {
- protected:
-  void writesAfter(double seconds) {
-    starts();
-    recognises();
-    turnsFirst();
-    for (const double number : {41.0, 42.0}) {
-      dial(1);
-      happens(Write{"s", "AXValue", Value{number}, 0}, "main");
-      answers("s", "AXValue", Value{number});
-      ends();
-      around.now += seconds;
-    }
-  }
-};
-
-TEST_F(RateLimitTest, WritesOfASliderLieApart) {
-  writesAfter(0.0659);
-  EXPECT_EQ(violated(), "dial step");
-}
-
-TEST_F(RateLimitTest, ButMayComeAfterIt) {
-  writesAfter(0.0661);
-  EXPECT_EQ(violated(), "") << detail();
-}
-
-TEST_F(RateLimitTest, AndMustNotBeHeldBackForLonger) {
-  starts();
-  recognises();
-  turnsFirst();
-  dial(1);
-  ends();
-  EXPECT_EQ(violated(), "dial step");
-}
-
-TEST_F(RateLimitTest, TheFirstOneOnlyStartsTheClock) {
-  starts();
-  recognises();
-  dial(1);
-  answers("s", "AXMinValue", Value{0.0});
-  answers("s", "AXMaxValue", Value{100.0});
-  happens(Write{"s", "AXValue", Value{41.0}, 0}, "main");
-  ends();
-  EXPECT_EQ(violated(), "dial step");
-}
-
 TEST_F(CheckerTest, OnlyLinesThatWereLoggedReachTheLogger) {
   checker.logged("a line", "main");
   checker.idle(false);

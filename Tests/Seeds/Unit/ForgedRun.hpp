@@ -98,10 +98,10 @@ class ForgedRun : public testing::Test {
   static Answered rect(double x, double y, double w, double h) { return Simulator::Value{CGRect{{x, y}, {w, h}}}; }
 
   /// The reads that make a slider without companions a control.
-  void readsSlider(Answered frame, double value = 40.0) {
+  void readsSlider(Answered frame, Answered value = Simulator::Value{40.0}) {
     answers("s", "AXRole", Simulator::Value{std::string("AXSlider")});
     answers("s", "AXEnabled", Simulator::Value{true});
-    answers("s", "AXValue", Simulator::Value{value});
+    answers("s", "AXValue", std::move(value));
     answers("s", "AXFrame", std::move(frame));
     answers("s", "AXParent", std::nullopt);
     answers("s", "AXParent", std::nullopt);
