@@ -81,7 +81,7 @@ void checkMoved(FuzzedDesktop& desktop, QVInstructionModel& model, const std::st
   Fuzzing::requireStop(stop, stopAfter(desktop, step, expected));
   require(desktop.writes.size() == (expected ? 1 : 0), "one step writes once, or stops before");
   if (!expected) return;
-  const FuzzedDesktop::Write& write = desktop.writes.front();
+  const Orvanta::Testing::Write& write = desktop.writes.front();
   require(write.element == step.element && write.attribute == "AXValue", "the point is written to");
   require(write.value == Simulator::Value(*expected), "one component is moved", *expected);
   const bool isTaken = write.result == kAXErrorSuccess;

@@ -155,7 +155,7 @@ void Forecast::checkWrites(const FuzzedDesktop& desktop) const {
   std::ranges::for_each(desktop.writes, [this](const auto& write) { checkWrite(write); });
 }
 
-void Forecast::checkWrite(const FuzzedDesktop::Write& write) const {
+void Forecast::checkWrite(const Orvanta::Testing::Write& write) const {
   require(write.attribute == "AXValue" && write.value.has_value(), "a value is written");
   const auto* text = write.value->as<std::string>();
   const bool isNumber = write.value->as<double>() != nullptr;

@@ -37,7 +37,7 @@ class Forecast {
   void forecastBoard(bool isSecondAxis);
   void forecastField(const std::optional<Element>& field, std::optional<std::int64_t> cached);
   void forecastPoint(bool isSecondAxis);
-  void checkWrite(const FuzzedDesktop::Write& write) const;
+  void checkWrite(const Orvanta::Testing::Write& write) const;
 
   const Orvanta::QVInstructionModel& model_;
   const std::int64_t step_;

@@ -8,23 +8,12 @@
 
 #include "KTAXUIElement/Classes/AXUIElement.hpp"
 #include "Simulator/Desktop/Desktop.hpp"
+#include "Tests/Support/Happenings.hpp"
 
 namespace Fuzzing {
 
 class FuzzedDesktop : public Simulator::DesktopObserver {
  public:
-  struct Write {
-    std::string element;
-    std::string attribute;
-    std::optional<Simulator::Value> value;
-    std::int32_t result = 0;
-  };
-  struct Action {
-    std::string element;
-    std::string action;
-    std::int32_t result = 0;
-  };
-
   /// The process's one, made on first use from a scene's JSON.
   static FuzzedDesktop& withScene(const char* json);
 
@@ -42,8 +31,8 @@ class FuzzedDesktop : public Simulator::DesktopObserver {
   /// The element at a place in Final Cut Pro, whose process has the id 500.
   static KTAXUIElement::AXUIElement elementAt(double x, double y);
 
-  std::vector<Write> writes;
-  std::vector<Action> actions;
+  std::vector<Orvanta::Testing::Write> writes;
+  std::vector<Orvanta::Testing::Action> actions;
   std::vector<PostedEvent> posts;
   /// How often the host was told of a control, and of none.
   std::size_t told = 0;

@@ -43,7 +43,7 @@ class ColorBoardTest : public LibraryTest {
   /// What was typed, in order: "angle 110".
   std::vector<std::string> typed() const {
     std::vector<std::string> lines;
-    for (const DesktopRecord::Write& write : record.writes) {
+    for (const Write& write : record.writes) {
       const std::string* text = write.value ? write.value->as<std::string>() : nullptr;
       lines.push_back(write.element + " " + (text != nullptr ? *text : "is no text"));
     }

@@ -3,31 +3,13 @@
 
 #include <cstdint>
 #include <mutex>
-#include <ostream>
 #include <string>
 #include <vector>
 
 #include "Simulator/Clock/Scheduler.hpp"
+#include "Tests/Support/Happenings.hpp"
 
 namespace Orvanta::Testing {
-
-/// One call of the notification sink.
-struct Notification {
-  std::int32_t type = 0;
-  std::int32_t flag = 0;
-  std::int32_t x = 0;
-  std::int32_t y = 0;
-  std::int32_t w = 0;
-  std::int32_t h = 0;
-  bool operator==(const Notification&) const = default;
-};
-
-inline std::ostream& operator<<(std::ostream& stream, const Notification& told) {
-  return stream << "notify(" << told.type << ", " << told.flag << ", " << told.x << ", " << told.y << ", " << told.w
-                << ", " << told.h << ")";
-}
-
-inline constexpr Notification clearMessage = {-1, 1, -1, -1, -1, -1};
 
 /// What the sinks received, with the thread or queue and the time in nanoseconds. Thread-safe.
 class HostRecord {

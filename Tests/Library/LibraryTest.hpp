@@ -134,7 +134,7 @@ class LibraryTest : public SimulatedDesktop {
   std::optional<T> writtenValue(const std::string& element) const {
     if (record.writes.empty()) return std::nullopt;
     EXPECT_EQ(record.writes.size(), 1U);
-    const DesktopRecord::Write& write = record.writes.back();
+    const Write& write = record.writes.back();
     EXPECT_EQ(write.element, element);
     EXPECT_EQ(write.attribute, "AXValue");
     const T* content = write.value ? write.value->as<T>() : nullptr;

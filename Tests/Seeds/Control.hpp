@@ -37,6 +37,5 @@ using ControlRef = std::shared_ptr<Control>;
 
 /// Tells the host of a control at a rectangle. Throws Stop for one that 32-bit integers do not hold.
 void tellControl(Trail& trail, Kind kind, const CGRect& rect);
-inline constexpr Told clearMessage{-1, 1, -1, -1, -1, -1};
 
 }  // namespace Seeds

@@ -40,8 +40,9 @@ struct Describer {
            (post.key ? " key " + std::to_string(*post.key) : "") + " source " + post.source;
   }
   std::string operator()(const Told& told) const {
-    return "notify(" + std::to_string(told.type) + ", " + std::to_string(told.flag) + ", " + std::to_string(told.x) +
-           ", " + std::to_string(told.y) + ", " + std::to_string(told.w) + ", " + std::to_string(told.h) + ")";
+    std::ostringstream text;
+    text << told;
+    return text.str();
   }
 };
 

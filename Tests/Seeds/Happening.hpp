@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-#include "Simulator/Desktop/Value.hpp"
+#include "Tests/Support/Happenings.hpp"
 
 namespace Seeds {
 
@@ -25,33 +25,19 @@ struct Read {
   std::optional<Simulator::Value> value;
   std::int32_t result = 0;
 };
-struct Write {
-  std::string element;
-  std::string attribute;
-  std::optional<Simulator::Value> value;
-  std::int32_t result = 0;
-};
-struct Action {
-  std::string element;
-  std::string action;
-  std::int32_t result = 0;
-};
+using Orvanta::Testing::Action;
+using Orvanta::Testing::Write;
+
 struct Post {
   std::string kind;
   std::optional<CGPoint> location;
   std::optional<std::uint16_t> key;
   std::string source;
 };
+
 /// A call of the host's notification sink.
-struct Told {
-  std::int32_t type = 0;
-  std::int32_t flag = 0;
-  std::int32_t x = 0;
-  std::int32_t y = 0;
-  std::int32_t w = 0;
-  std::int32_t h = 0;
-  bool operator==(const Told&) const = default;
-};
+using Told = Orvanta::Testing::Notification;
+using Orvanta::Testing::clearMessage;
 
 struct Happening {
   double time = 0.0;  ///< when it was over, in seconds

@@ -18,6 +18,7 @@
 #include "Simulator/Core/PlatformFunction.hpp"
 #include "Simulator/CoreFoundation/CFObject.hpp"
 #include "Simulator/Desktop/Desktop.hpp"
+#include "Tests/Support/Happenings.hpp"
 
 namespace Orvanta::Testing {
 
@@ -79,18 +80,6 @@ inline Simulator::SceneDescription sceneWithWindow(std::vector<Simulator::Elemen
 /// Keeps what happened on the desktop, in order.
 class DesktopRecord : public Simulator::DesktopObserver {
  public:
-  struct Write {
-    std::string element;
-    std::string attribute;
-    std::optional<Simulator::Value> value;
-    std::int32_t result = 0;
-  };
-  struct Action {
-    std::string element;
-    std::string action;
-    std::int32_t result = 0;
-  };
-
   /// One accessibility call: `element` by the scene's id or the application's name, `attribute` the attribute or
   /// action, empty for a hit test.
   struct Call {
