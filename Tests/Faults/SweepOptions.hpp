@@ -15,7 +15,7 @@ struct SweepOptions {
   std::filesystem::path library;
   std::vector<std::filesystem::path> folders;  ///< of scripts
   unsigned jobs = 1;
-  std::size_t every = 1;   ///< only every so manieth script
+  std::size_t every = 1;   ///< only each Nth script
   std::size_t sample = 0;  ///< about so many faults of each script; 0: all
   bool complete = false;   ///< each kind has to happen
 

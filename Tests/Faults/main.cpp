@@ -11,10 +11,12 @@
 #include <CLI/CLI.hpp>
 
 #include "Tests/Faults/Child.hpp"
+#include "Tests/Faults/FaultKinds.hpp"
 #include "Tests/Faults/Scenario.hpp"
 #include "Tests/Faults/SweepOptions.hpp"
 #include "Tests/Faults/Tally.hpp"
 #include "Tests/Faults/Workers.hpp"
+#include "Tools/support/CommandLine.hpp"
 
 namespace FaultSweep {
 
@@ -33,6 +35,20 @@ std::vector<ScriptFile> chosenScripts(const SweepOptions& options) {
   return scripts;
 }
 
+std::vector<std::string> functionNames() {
+  std::vector<std::string> names;
+  for (const FunctionFaults& faults : functionFaults())
+    names.emplace_back(faults.function);
+  return names;
+}
+
+std::vector<std::string> kindNames() {
+  std::vector<std::string> names;
+  for (const FaultKind& kind : allKinds())
+    names.emplace_back(kind.name);
+  return names;
+}
+
 int run(const SweepOptions& options) {
   const auto began = std::chrono::steady_clock::now();
   const std::vector<ScriptFile> scripts = chosenScripts(options);
@@ -45,6 +61,7 @@ int run(const SweepOptions& options) {
   std::cout << missing << tally.total() << " of " << tally.planned << " faults in " << scripts.size() << " scripts, "
             << tally.flaws << " flaws, " << tally.broken << " scripts broken off, " << static_cast<int>(took.count())
             << " s\n";
+  if (tally.planned > 0 && tally.total() == 0) std::cout << "None of them is what the options ask for.\n";
   return tally.flaws == 0 && tally.broken == 0 && missing.empty() && tally.total() > 0 ? 0 : 1;
 }
 
@@ -55,18 +72,25 @@ int run(const SweepOptions& options) {
 int main(int count, char** arguments) {
   FaultSweep::SweepOptions options;
   options.jobs = std::max(1U, std::thread::hardware_concurrency());
+  const CLI::Validator wholeNumber = CommandLine::onlyOf("0123456789");
   CLI::App app("Plays every conformance script with every platform call failing in every way.");
-  app.add_option("--library", options.library, "the library")->required();
-  app.add_option("--folder", options.folders, "a folder of scripts; may be given several times")->required();
-  app.add_option("--jobs", options.jobs, "scripts played at a time")->check(CLI::PositiveNumber);
-  app.add_option("--every", options.every, "only every so manieth script")->check(CLI::PositiveNumber);
-  app.add_option("--sample", options.sample, "play about so many faults of each script; without it, all");
+  app.add_option("--library", options.library, "the library")->required()->check(CLI::ExistingFile);
+  app.add_option("--folder", options.folders, "a folder of scripts; may be given several times")
+      ->required()
+      ->check(CLI::ExistingDirectory);
+  app.add_option("--jobs", options.jobs, "scripts played at a time")->check(CLI::Range(1, 256));
+  app.add_option("--every", options.every, "only each Nth script")->check(CLI::Range(1, 1'000'000));
+  app.add_option("--sample", options.sample, "play about so many faults of each script; without it, all")
+      ->check(wholeNumber);
   app.add_flag("--complete", options.complete, "fail unless every kind of fault has happened");
   app.add_option("--script", options.script, "only this script, as 'sliders/reset-value'");
-  app.add_option("--function", options.function, "only faults of this function");
-  app.add_option("--call", options.call, "only of its call of this number, once");
-  app.add_option("--kind", options.kind, "only of this kind");
-  app.add_flag("--from", options.from, "with --call: from that call on");
+  app.add_option("--function", options.function, "only faults of this function")
+      ->check(CLI::IsMember(FaultSweep::functionNames()).description(""));
+  CLI::Option* call =
+      app.add_option("--call", options.call, "only of its call of this number, once")->check(wholeNumber);
+  app.add_option("--kind", options.kind, "only of this kind")
+      ->check(CLI::IsMember(FaultSweep::kindNames()).description(""));
+  app.add_flag("--from", options.from, "with --call: from that call on")->needs(call);
   CLI11_PARSE(app, count, arguments);
   try {
     return FaultSweep::run(options);

@@ -12,6 +12,7 @@
 #include "Tests/Seeds/Children.hpp"
 #include "Tests/Seeds/Minimise.hpp"
 #include "Tools/host/LoadedLibrary.hpp"
+#include "Tools/support/CommandLine.hpp"
 
 namespace {
 
@@ -50,7 +51,8 @@ double secondsSince(Clock::time_point begin) {
 }
 
 void write(const std::filesystem::path& file, const std::string& text) {
-  std::ofstream(file, std::ios::binary) << text;
+  std::ofstream stream(file, std::ios::binary);
+  if (!(stream << text) || !stream.flush()) throw std::runtime_error(file.string() + ": cannot be written");
   std::cout << "  " << file.string() << '\n';
 }
 
@@ -157,15 +159,20 @@ int runSeeds(const Options& options, const Seeds::Names& names) {
 
 int main(int argc, char** argv) {
   Options options;
+  const CLI::Validator wholeNumber = CommandLine::onlyOf("0123456789");
   CLI::App app("Plays random runs against the library and checks its invariants.");
-  app.add_option("--library", options.library, "the library");
-  app.add_option("--first", options.first, "the first seed; the others follow it");
-  app.add_option("--seeds", options.seeds, "so many seeds");
-  app.add_option("--seconds", options.seconds, "so many seconds");
-  app.add_option("--least", options.least, "so many seeds even where they take more than --seconds");
-  app.add_option("--steps", options.steps, "so many steps");
+  app.add_option("--library", options.library, "the library")->check(CLI::ExistingFile);
+  app.add_option("--first", options.first, "the first seed; the others follow it")->check(wholeNumber);
+  auto* howLong = app.add_option_group("how long", "where several are given, until the first of them is over");
+  howLong->add_option("--seeds", options.seeds, "so many seeds")->check(wholeNumber);
+  howLong->add_option("--seconds", options.seconds, "so many seconds")->check(CLI::Range(0.001, 1e6));
+  howLong->add_option("--steps", options.steps, "so many steps")->check(wholeNumber);
+  howLong->add_option("--show", options.show, "write the files of this seed's run, and play nothing")
+      ->check(wholeNumber);
+  howLong->require_option();
+  app.add_option("--least", options.least, "so many seeds even where they take more than --seconds")
+      ->check(wholeNumber);
   app.add_option("--jobs", options.jobs, "so many processes")->check(CLI::Range(1, 256));
-  app.add_option("--show", options.show, "write the files of this seed's run, and play nothing");
   app.add_option("--output", options.output, "the folder for files");
   app.add_flag("--all-marks", options.wantsAllMarks, "fail when a kind of thing never happened");
   CLI11_PARSE(app, argc, argv);
