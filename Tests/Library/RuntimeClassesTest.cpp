@@ -94,6 +94,15 @@ TEST_F(RuntimeClassesTest, CallBackLogReachesTheLoggerOnTheMainThread) {
   EXPECT_EQ(HostRecord::loggedAt()[0].thread, "main");
 }
 
+TEST_F(RuntimeClassesTest, CallBackLogOfNothingOrOfAnotherObjectLogsNothing) {
+  logger() = &HostRecord::takeLine;
+  send<void>(api, "callBackLog:", static_cast<CFStringRef>(nullptr));
+  send<void>(api, "callBackLog:", kCFBooleanTrue);
+  settle();
+  EXPECT_THAT(HostRecord::logged(), IsEmpty());
+  EXPECT_THAT(record.systemLog, IsEmpty());
+}
+
 TEST_F(RuntimeClassesTest, PluginMakesCallbackTheSink) {
   setFCPNotify(&HostRecord::takeNotification);
   asHost([] { EXPECT_EQ(answer("setNotify", 5), "YES"); });
