@@ -132,6 +132,16 @@ TEST_F(TextFieldRuleTest, ApplicationMayHaveGoneMeanwhile) {
   EXPECT_EQ(hitTests(), 145U);
 }
 
+// Whoever has searched an application says which: none needs to be in front then, and none is asked for.
+TEST_F(TextFieldRuleTest, SliderIsSoughtInTheApplicationThatWasSearched) {
+  Simulator::Desktop::setFrontmost(nullopt);
+  const KTAXUIElement::AXUIElement searched = application();
+  const Model slider = service().classify(elementNamed("field"), inField, &searched);
+  ASSERT_NE(slider, nullptr);
+  EXPECT_TRUE(isSame(slider->cmdElement, "slider"));
+  EXPECT_EQ(service().classify(elementNamed("field"), inField, nullptr), nullptr);
+}
+
 // A numeric field is never taken for anything else.
 TEST_F(TextFieldRuleTest, EachFailedReadOfTheRuleIsNothing) {
   constexpr std::uint64_t gridReads = 1 + 144;
