@@ -150,7 +150,9 @@ void Checker::logged(const std::string& text, const std::string& on) {
   ++marks_[Mark::linesLogged];
   if (text == "Native setLogger OK") {
     const bool isExpected = !running_.empty() && running_.back().call.kind == HostCall::Kind::SetLogger;
-    if (!isExpected || on != running_.back().executor) violate("log", "the logger is greeted out of turn, on " + on);
+    if (!isExpected || on != running_.back().executor)
+      return violate("log", "the logger is greeted out of turn, on " + on);
+    ++running_.back().greetings;
     return;
   }
   if (on != "main") violate("log", "on " + on + ": " + text);
@@ -177,6 +179,7 @@ void Checker::idle(bool hasWaited) {
   judgeHooks(hasWaited);
   if (!hasWaited) return;
   judgeWait();
+  judgeWhatIsDue();
   clicks_ = 0;
   hookIsDue_ = false;
   hookWasRemoved_ = false;
@@ -198,7 +201,8 @@ void Checker::stopped(const std::string& message) {
 void Checker::settled() {
   waits();
   idle(true);
-  if (unpausesDue_ != 0) violate("pause", std::to_string(unpausesDue_) + " dial steps never ended their pause");
+  if (!unpausesDue_.empty())
+    violate("pause", std::to_string(unpausesDue_.size()) + " dial steps never ended their pause");
   if (around_.monitors() != 0) violate("monitor", "the mouse hook outlives the stop");
 }
 

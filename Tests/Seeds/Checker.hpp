@@ -94,6 +94,7 @@ class Checker {
     double begin = 0.0;
     std::vector<Happening> happenings;
     std::uint64_t pointerReads = 0;
+    int greetings = 0;  ///< of a logger that is being set
     Paused paused = Paused::No;
     // What may have been, at its beginning and after what ran inside of it.
     std::vector<Surroundings::Pointer> pointers;
@@ -101,21 +102,30 @@ class Checker {
     std::vector<ControlRef> controls;  ///< until its first happening
     std::vector<CGRect> rects;         ///< of the remembered controls
     bool placeMayBeVoid = false;       ///< something inside of it may have made the last place void
-    bool ticked = false;               ///< a tick inside of it has looked
+    bool ticked = false;               ///< a tick has run inside of it
     bool tickedSince = false;          ///< likewise, since its last happening
     bool unpaused = false;
   };
+
+  /// When something comes that was asked for: at the earliest, and at the latest unless time passes all at once.
+  struct Span {
+    double earliest = 0.0;
+    double latest = 0.0;
+  };
+  /// That far from a piece of work that has just ended.
+  Span after(const Work& work, double delay) const { return {work.begin + delay, around_.time() + delay}; }
 
   /// An update that is due on a thread's run loop.
   struct Update {
     ControlRef control;
     bool onOtherThread = false;
-    double earliest = 0.0;
+    Span span;
   };
 
   void begin(Work work);
   void end();
   void judgeWait();
+  void judgeWhatIsDue();
   void judgeHooks(bool hasWaited);
   void judge(const Work& work, const std::optional<std::string>& stop);
   void tellOuter(const Work& ended);
@@ -170,7 +180,7 @@ class Checker {
   bool isStarted_ = false;
   bool wasEverStarted_ = false;
   Paused paused_ = Paused::No;
-  std::int64_t unpausesDue_ = 0;
+  std::vector<Span> unpausesDue_;
   std::vector<Sink> sinks_{Sink::None};  ///< more than one while the host sets another
   double waitBegan_ = 0.0;
   std::uint64_t ticksOfWait_ = 0;

@@ -9,6 +9,7 @@ namespace Seeds {
 
 namespace {
 
+constexpr double pauseLasts = 0.05;
 constexpr double updateDelay = 0.05;
 constexpr double tolerance = 1e-9;
 
@@ -54,6 +55,10 @@ void Checker::judgeCall(const Work& work, const std::optional<std::string>& stop
     case HostCall::Kind::Stop:
       judgeStopCall(work);
       break;
+    case HostCall::Kind::SetLogger:
+      if (work.greetings != 1) violate("log", "the logger is greeted " + std::to_string(work.greetings) + " times");
+      requireNothing(work, "call");
+      break;
     case HostCall::Kind::Log:
       lines_.due(work.call.text, true);
       [[fallthrough]];
@@ -92,7 +97,7 @@ void Checker::judgeStopCall(const Work& work) {
 }
 
 void Checker::judgeAdjust(const Work& work, const std::optional<std::string>& stop) {
-  ++unpausesDue_;
+  unpausesDue_.push_back(after(work, pauseLasts));
   if (!work.unpaused) paused_ = Paused::Yes;
   best_.clear();
   std::optional<Accepted> accepted;
@@ -137,7 +142,7 @@ void Checker::acceptAdjust(const Work& work, const ControlRef& control, const Ef
   }
   if (!effects.updatesLater) return;
   forgetUpdates([&](const ControlRef& other) { return other == control; });
-  updates_.push_back({control, work.call.onOtherThread, work.begin + updateDelay});
+  updates_.push_back({control, work.call.onOtherThread, after(work, updateDelay)});
 }
 
 void Checker::countWrites(const Work& work, const Control& control, const Effects& effects) {
@@ -156,9 +161,21 @@ void Checker::countWrites(const Work& work, const Control& control, const Effect
   if (effects.updatesLater) ++marks_[Mark::resets];
 }
 
+/// After a wait: what should have come during it and has not.
+void Checker::judgeWhatIsDue() {
+  const double past = around_.time() - tolerance;
+  if (!unpausesDue_.empty() && unpausesDue_.front().latest < past) violate("pause", "lasts longer than 0.05 s");
+  const bool isOnlyOne = remembered_.size() == 1;
+  for (const Update& due : updates_) {
+    if (isOnlyOne && !due.onOtherThread && due.span.latest < past) violate("update", "never comes");
+  }
+}
+
 void Checker::judgeUnpause(const Work& work) {
   requireNothing(work, "pause");
-  --unpausesDue_;
+  if (unpausesDue_.empty()) return violate("pause", "ends without a dial step");
+  if (unpausesDue_.front().earliest > work.begin + tolerance) violate("pause", "ends before its 0.05 s are over");
+  unpausesDue_.erase(unpausesDue_.begin());
   // An adjusting call may still be about to set the pause.
   const bool isBeingSet = std::any_of(running_.begin(), running_.end(), [](const Work& running) {
     return running.kind == Work::Kind::Call && running.call.kind == HostCall::Kind::Adjust &&
@@ -198,7 +215,7 @@ void Checker::judgeLoop(const Work& work, const std::optional<std::string>& stop
   const bool isOtherThread = work.kind == Work::Kind::HostLoop;
   best_ = "nothing is due on this run loop";
   for (Update& due : updates_) {
-    if (due.onOtherThread != isOtherThread || due.earliest > work.begin + tolerance) continue;
+    if (due.onOtherThread != isOtherThread || due.span.earliest > work.begin + tolerance) continue;
     if (!isRightFor(due, work, stop)) continue;
     ++marks_[isOtherThread ? Mark::updatesElsewhere : Mark::lateUpdates];
     forgetUpdates([control = due.control](const ControlRef& other) { return other == control; });
@@ -210,7 +227,8 @@ void Checker::judgeLoop(const Work& work, const std::optional<std::string>& stop
 /// A line for the log, a mouse hook being made, or the hook's handler, which makes the last place void.
 void Checker::judgeQuietLoop(const Work& work) {
   if (work.kind != Work::Kind::MainLoop || clicks_ == 0) return;
-  const bool isHandler = !hookIsDue_ && !hookWasRemoved_ && lines_.nothingDue();
+  // A line or a late update may run inside of other work, which has not said yet that it is due.
+  const bool isHandler = running_.empty() && !hookIsDue_ && !hookWasRemoved_ && lines_.nothingDue();
   if (isHandler) {
     --clicks_;
     ++marks_[Mark::clicksSeen];

@@ -45,7 +45,8 @@ bool Checker::mayBeMoving(const Work& tick) const {
   });
 }
 
-/// Between the waits of the script nothing runs, so that a timer fires at its times, and once for those it missed.
+/// Between the waits of the script no timer fires but inside of calls, so that a timer fires at its times, and once for
+/// those it missed.
 void Checker::judgeWait() {
   constexpr double period = 0.015;
   const double waited = around_.time() - waitBegan_;

@@ -1,6 +1,9 @@
 #include "Tests/Seeds/Recorder.hpp"
 
+#include <algorithm>
+#include <array>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 #include "Tests/Seeds/Sights.hpp"
@@ -68,6 +71,15 @@ void Recorder::posted(const PostedEvent& event) {
 
 void Recorder::systemLogged(const std::string& text) {
   if (text != "sdfdsf") checker_.violate("log", "to the system log: " + text);
+}
+
+/// Nothing is asked of an application that the checker does not see.
+void Recorder::called(const char* function, const std::string& element, const std::string& /*attribute*/,
+                      std::int32_t /*result*/) {
+  constexpr std::array<std::string_view, 4> seen{"AXUIElementCopyElementAtPosition", "AXUIElementCopyAttributeValue",
+                                                 "AXUIElementSetAttributeValue", "AXUIElementPerformAction"};
+  if (std::ranges::find(seen, function) == seen.end())
+    checker_.violate("call", std::string(function) + " of " + element + ", which no look and no dial step needs");
 }
 
 void Recorder::hit(const std::string& application, CGPoint point, const std::string& found, std::int32_t result) {

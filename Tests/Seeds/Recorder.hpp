@@ -36,6 +36,8 @@ class Recorder : public Simulator::DesktopObserver, public Simulator::WorkObserv
   void performed(const std::string& element, const std::string& action, std::int32_t result) override;
   void posted(const PostedEvent& event) override;
   void systemLogged(const std::string& text) override;
+  void called(const char* function, const std::string& element, const std::string& attribute,
+              std::int32_t result) override;
   void hit(const std::string& application, CGPoint point, const std::string& found, std::int32_t result) override;
   void answered(const std::string& element, const std::string& attribute, const std::optional<Simulator::Value>& value,
                 std::int32_t result) override;

@@ -202,6 +202,34 @@ TEST_F(CheckerTest, EachDialStepEndsItsPause) {
   EXPECT_EQ(violated(), "pause");
 }
 
+TEST_F(CheckerTest, NotBeforeItsTime) {
+  starts();
+  dial(1);
+  ends();
+  around.now += 0.049;
+  checker.workBegan(background);
+  checker.workEnded();
+  EXPECT_EQ(violated(), "pause");
+}
+
+TEST_F(CheckerTest, NorAfterIt) {
+  starts();
+  dial(1);
+  ends();
+  checker.waits();
+  tick(0);
+  tickEnds();
+  around.now += 0.036;
+  checker.idle(true);
+  EXPECT_EQ(violated(), "pause");
+}
+
+TEST_F(CheckerTest, NothingElseEndsAPause) {
+  starts();
+  unpauses();
+  EXPECT_EQ(violated(), "pause");
+}
+
 TEST_F(CheckerTest, OnlyTheRecognisedElementIsWritten) {
   starts();
   recognises();

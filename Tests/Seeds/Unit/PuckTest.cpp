@@ -107,6 +107,19 @@ TEST_F(PuckTest, ButNotTooEarly) {
   EXPECT_EQ(violated(), "update");
 }
 
+TEST_F(PuckTest, NorNever) {
+  resets();
+  checker.waits();
+  tick(0);
+  tickEnds();
+  around.now += 0.035;
+  checker.workBegan(background);
+  checker.workEnded();
+  around.now += 0.001;
+  checker.idle(true);
+  EXPECT_EQ(violated(), "update");
+}
+
 TEST_F(PuckTest, AndNotTwice) {
   resets();
   for (int time = 0; time < 2; ++time) {

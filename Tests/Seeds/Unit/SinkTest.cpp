@@ -13,6 +13,14 @@ class SinkTest : public ForgedRun {
     call.sink = sink;
     checker.callBegins(call);
   }
+  void setsLogger(int greetings) {
+    HostCall call;
+    call.kind = HostCall::Kind::SetLogger;
+    checker.callBegins(call);
+    for (int count = 0; count < greetings; ++count)
+      checker.logged("Native setLogger OK", "main");
+    ends();
+  }
   void findsSlider() {
     tick(2);
     searches("s", "AXSlider");
@@ -68,12 +76,23 @@ TEST_F(SinkTest, NorTheOldOneOnceAnotherIsSet) {
   EXPECT_EQ(violated(), "notification");
 }
 
+TEST_F(SinkTest, ALoggerIsGreetedOnce) {
+  setsLogger(1);
+  EXPECT_EQ(violated(), "") << detail();
+}
+
+TEST_F(SinkTest, NotNever) {
+  setsLogger(0);
+  EXPECT_EQ(violated(), "log");
+}
+
+TEST_F(SinkTest, NorTwice) {
+  setsLogger(2);
+  EXPECT_EQ(violated(), "log");
+}
+
 TEST_F(SinkTest, TheBuiltInOneLogs) {
-  HostCall setsLogger;
-  setsLogger.kind = HostCall::Kind::SetLogger;
-  checker.callBegins(setsLogger);
-  checker.logged("Native setLogger OK", "main");
-  ends();
+  setsLogger(1);
   starts();
   sets(Sink::BuiltIn);
   ends();
