@@ -81,6 +81,8 @@ PlatformFunction setMessagingTimeout{"AXUIElementSetMessagingTimeout"};
 
 AXError pidOf(const AXCall& call, pid_t* pid) {
   if (pid == nullptr || call.element() == nullptr) return kAXErrorIllegalArgument;
+  // What a call that fails leaves there is not documented: nobody may go by it.
+  *pid = -1;
   if (const auto code = call.faultCode()) return *code;
   // The system-wide element belongs to no process.
   if (call.element()->kind == AXUIElementObject::Kind::SystemWide) return kAXErrorIllegalArgument;

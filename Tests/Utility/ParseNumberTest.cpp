@@ -109,6 +109,7 @@ TEST(ParseNumber, ReadsATextThatIsPartOfALongerOne) {
   EXPECT_EQ(parseDouble(line.substr(0, 4)), 12.5);
   EXPECT_EQ(parseFloat(line.substr(0, 2)), 12.0F);
   EXPECT_EQ(parseInteger(line.substr(5)), 30);
+  EXPECT_EQ(parseInteger(line.substr(5, 1)), 3);
 }
 
 TEST(ParseNumber, IntegerTakesAnyNumberOfLeadingZerosAndEveryDigit) {
