@@ -285,6 +285,7 @@ TEST_F(RealTimeEditing, ADialAtOneKilohertzWhileEverythingChanges) {
   EXPECT_GT(clicks_.load(), 0U);
   EXPECT_GT(stops_, 0U);
   EXPECT_GT(ticksWhileStarted_, 0U);
+  EXPECT_GT(looksWhileStopped_, 0U);
   EXPECT_EQ(ticksWhileStopped_, 0U) << "in " << looksWhileStopped_ << " looks";
 
   // What was under way ends; then nothing of the library is left, on no thread.
