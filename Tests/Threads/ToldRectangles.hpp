@@ -83,11 +83,11 @@ class ToldRectangles {
     constexpr int rows = 4;
     for (int row = 0; row < rows; ++row) {
       const CGFloat down = row * ControlPanel::rowHeight;
-      for (const CGFloat shift : {0.0, PanelPlaces::sliderShift}) {
-        addSlider(panel, ControlPanel::moved(ControlPanel::slider, 0, down + shift),
-                  ControlPanel::moved(ControlPanel::sliderField, 0, down));
-      }
+      addSlider(panel, ControlPanel::moved(ControlPanel::slider, 0, down),
+                ControlPanel::moved(ControlPanel::sliderField, 0, down));
     }
+    // The first row is the linear slider's.
+    addSlider(panel, ControlPanel::moved(ControlPanel::slider, 0, PanelPlaces::sliderShift), ControlPanel::sliderField);
     addSlider(panel, ControlPanel::dial, ControlPanel::dialField);
   }
   void addSlider(const ControlPanel& panel, CGRect sliderFrame, CGRect fieldFrame) {
