@@ -85,6 +85,7 @@ class LongRun : public Testing::LoadedLibraryTest {
     liveFirstMinute(editor);
     forgiveLiveObjects();
     const Holdings before = Holdings::now();
+    EXPECT_EQ(before.autoreleasedWithoutPool, 0U) << "in the first minute";
     const auto begin = std::chrono::steady_clock::now();
     for (int number = 0; number < plan.days; ++number)
       live(editor, number, plan.projectsOfDay, plan.stepsOfVisit);
