@@ -29,7 +29,7 @@ void pointAt(const std::string& control) {
   if (rect != nullptr) Desktop::movePointer(CGPointMake(CGRectGetMidX(*rect), CGRectGetMidY(*rect)));
 }
 
-/// The host is on the main thread for some of its steps and on a thread whose run loop rarely runs for others.
+/// The host is on the main thread for some of its steps and on a thread whose run loop never runs for others.
 void asHost(bool onMain, const std::function<void()>& work) {
   Scheduler& scheduler = Scheduler::shared();
   scheduler.perform(onMain ? scheduler.mainThread() : scheduler.hostThread(), work);

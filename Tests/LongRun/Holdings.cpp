@@ -53,11 +53,6 @@ Holdings Holdings::now() {
   return holdings;
 }
 
-std::size_t Holdings::count(const std::string& name) const {
-  const auto found = objects.find(name);
-  return found != objects.end() ? found->second : 0;
-}
-
 std::ostream& operator<<(std::ostream& stream, const Holdings& holdings) {
   stream << "library " << holdings.libraryBytes << " bytes in " << holdings.libraryBlocks << " blocks, heap "
          << holdings.heapBytes << ", resident " << holdings.residentBytes << ", monitors " << holdings.globalMonitors

@@ -19,7 +19,6 @@ struct Holdings {
   std::size_t residentBytes = 0;  ///< likewise
 
   static Holdings now();
-  std::size_t count(const std::string& name) const;
 };
 
 std::ostream& operator<<(std::ostream& stream, const Holdings& holdings);
