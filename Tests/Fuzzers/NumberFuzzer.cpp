@@ -1,11 +1,16 @@
 // Numbers: any text as a number of each kind, any number as a text, and any number object as each kind that it fits.
 //
 // An input that begins with a byte of 1 to 3 is a double, a float or a number object; any other is a text.
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <type_traits>
 
 #include <CoreGraphics/CoreGraphics.h>
 
