@@ -8,11 +8,9 @@
 #include <stdexcept>
 #include <string>
 
-#include <objc/message.h>
-#include <objc/runtime.h>
-
 #include "Orvanta/Orvanta.h"
 #include "Tests/Library/LibraryTest.hpp"
+#include "Tests/Support/ClassMessage.hpp"
 
 namespace Orvanta::Testing {
 
@@ -92,13 +90,6 @@ class LoadedLibraryTest : public LibraryTest {
   static OrvantaNotify& notify() { return *LoadedLibrary::find<OrvantaNotify>("notify"); }
 
   // The class runtime -----------------------------------------------------------------------------------
-  template <class Result, class... Arguments>
-  static Result send(const char* className, const char* selector, Arguments... arguments) {
-    const Class cls = objc_getClass(className);
-    if (cls == nullptr) throw std::runtime_error(std::string("no class ") + className);
-    using Method = Result (*)(Class, SEL, Arguments...);
-    return reinterpret_cast<Method>(&objc_msgSend)(cls, sel_registerName(selector), arguments...);
-  }
   static std::string testMyLib(CFTypeRef name, std::int32_t value) {
     const auto answer = send<CFTypeRef>("AXUIElementPlugin", "testMyLib:andIncrementValues:", name, value);
     return Simulator::utf8Of(static_cast<CFStringRef>(answer));

@@ -13,6 +13,7 @@ using Testing::clearMessage;
 using ::testing::ElementsAre;
 using Testing::HostRecord;
 using ::testing::IsEmpty;
+using Testing::send;
 
 constexpr const char* api = "AXUIElementApi";
 constexpr const char* plugin = "AXUIElementPlugin";

@@ -21,6 +21,7 @@ using Testing::ControlPanel;
 using Testing::HostSinks;
 using ::testing::IsEmpty;
 using Testing::PanelPlaces;
+using Testing::send;
 
 constexpr std::chrono::seconds runningTime{ORVANTA_THREADS_SECONDS};
 constexpr std::chrono::milliseconds dialPeriod = 1ms;

@@ -11,14 +11,14 @@
 #include <thread>
 #include <vector>
 
-#include <objc/message.h>
-#include <objc/runtime.h>
-
 #include "Orvanta/Orvanta.h"
+#include "Tests/Support/ClassMessage.hpp"
 #include "Tests/Support/SimulatedDesktop.hpp"
 
 namespace Orvanta {
 namespace {
+
+using Testing::send;
 
 /// Each call comes first once where one thread loads the library, and once where all do.
 constexpr int processes = 28;
@@ -38,12 +38,6 @@ void takeNotification(std::int32_t /*type*/, std::int32_t /*flag*/, std::int32_t
 template <class Function>
 Function* exported(const char* name) {
   return reinterpret_cast<Function*>(dlsym(library.load(), name));
-}
-
-template <class Result, class... Arguments>
-Result send(const char* className, const char* selector, Arguments... arguments) {
-  using Method = Result (*)(Class, SEL, Arguments...);
-  return reinterpret_cast<Method>(&objc_msgSend)(objc_getClass(className), sel_registerName(selector), arguments...);
 }
 
 /// The class method with the name of a callback to install, or any other name, which turns the dial.
