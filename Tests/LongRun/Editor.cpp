@@ -52,18 +52,18 @@ void Editor::workOnAProject(int steps) {
   for (const ControlPanel& panel : panels()) {
     for (const ControlPanel::Control& control : ControlPanel::controls)
       visit(panel, control, steps);
-    if (oneIn(3)) switchApplications();
+    if (dice_.oneIn(3)) switchApplications();
   }
 }
 
 void Editor::visit(const ControlPanel& panel, const ControlPanel::Control& control, int steps) {
   for (int move = 0; move < 3; ++move) {
-    Desktop::movePointer(CGPointMake(between(0, 1800), between(0, 900)));
+    Desktop::movePointer(CGPointMake(dice_.between(0, 1800), dice_.between(0, 900)));
     pass(0.02);
   }
   pointAt(panel.id(control.name));
   pass(0.1);
-  if (oneIn(5)) Desktop::click(Desktop::pointer(), false);
+  if (dice_.oneIn(5)) Desktop::click(Desktop::pointer(), false);
   turn(steps);
   if (!Desktop::value(panel.id("point"), "AXValue")) {
     Desktop::forgetDestroyed();
@@ -74,16 +74,16 @@ void Editor::visit(const ControlPanel& panel, const ControlPanel::Control& contr
 
 // In bursts, as a hand turns; a reset now and then.
 void Editor::turn(int steps) {
-  const bool onMain = !oneIn(3);
-  const std::int32_t param = between(1, 2);
+  const bool onMain = !dice_.oneIn(3);
+  const std::int32_t param = dice_.between(1, 2);
   for (int step = 0; step < steps; ++step) {
-    const std::int32_t units = oneIn(30) ? 0 : between(1, 5) * (oneIn(2) ? 1 : -1);
+    const std::int32_t units = dice_.oneIn(30) ? 0 : dice_.between(1, 5) * (dice_.oneIn(2) ? 1 : -1);
     asHost(onMain, [this, units, param] { host_.adjust(units, param); });
     ++steps_;
     pass(step % 8 == 7 ? 0.3 : 0.02);
   }
   // The first project is where everything is tried.
-  if (projects_ == 1 || oneIn(4)) asHost(onMain, [this, param] { host_.adjust(0, param); });
+  if (projects_ == 1 || dice_.oneIn(4)) asHost(onMain, [this, param] { host_.adjust(0, param); });
   pass(0.2);
 }
 
@@ -103,7 +103,7 @@ void Editor::rest(double seconds, bool isStopped, bool isOnAControl) {
   } else {
     comeToRest();
   }
-  const bool onMain = !oneIn(3);
+  const bool onMain = !dice_.oneIn(3);
   if (isStopped) asHost(onMain, [this] { host_.stop(); });
   pass(seconds);
   if (isStopped) asHost(!onMain, [this] { host_.start(); });

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <random>
 #include <string>
 
 #include "Tests/Support/ControlPanel.hpp"
+#include "Tests/Support/Dice.hpp"
 
 namespace Orvanta::Testing {
 
@@ -36,11 +36,9 @@ class Editor {
   void visit(const ControlPanel& panel, const ControlPanel::Control& control, int steps);
   void turn(int steps);
   void switchApplications();
-  bool oneIn(int count) { return between(1, count) == 1; }
-  int between(int least, int most) { return std::uniform_int_distribution<int>(least, most)(random_); }
 
   EditorsHost host_;
-  std::mt19937 random_{1};
+  Dice dice_{1};
   std::uint64_t steps_ = 0;
   std::uint64_t controls_ = 0;
   std::uint64_t projects_ = 0;

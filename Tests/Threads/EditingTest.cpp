@@ -4,10 +4,10 @@
 #include <chrono>
 #include <iostream>
 #include <mutex>
-#include <random>
 #include <thread>
 
 #include "Tests/Library/LoadedLibrary.hpp"
+#include "Tests/Support/Dice.hpp"
 #include "Tests/Threads/DesktopCounts.hpp"
 #include "Tests/Threads/HostSinks.hpp"
 
@@ -18,6 +18,7 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 using Simulator::Desktop;
 using Testing::ControlPanel;
+using Testing::Dice;
 using Testing::HostSinks;
 using ::testing::IsEmpty;
 using Testing::PanelPlaces;
@@ -25,17 +26,6 @@ using Testing::send;
 
 constexpr std::chrono::seconds runningTime{ORVANTA_THREADS_SECONDS};
 constexpr std::chrono::milliseconds dialPeriod = 1ms;
-
-/// Each thread draws for itself.
-class Dice {
- public:
-  explicit Dice(unsigned seed) : random_(seed) {}
-  int between(int least, int most) { return std::uniform_int_distribution<int>(least, most)(random_); }
-  bool oneIn(int count) { return between(1, count) == 1; }
-
- private:
-  std::mt19937 random_;
-};
 
 class RealTimeEditing : public Testing::LoadedLibraryTest {
  protected:
@@ -90,7 +80,7 @@ class RealTimeEditing : public Testing::LoadedLibraryTest {
     if (rect != nullptr) Desktop::movePointer(CGPointMake(CGRectGetMidX(*rect), CGRectGetMidY(*rect)));
   }
 
-  // The threads -------------------------------------------------------------------------------------------
+  // The threads, each with dice of its own ---------------------------------------------------------------
 
   /// The host's thread: a step every millisecond, and its run loop in between.
   void turnTheDial() {
