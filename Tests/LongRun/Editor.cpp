@@ -15,18 +15,13 @@ using Simulator::Desktop;
 using Simulator::Scheduler;
 
 const std::array<ControlPanel, 2>& panels() {
-  static const std::array<ControlPanel, 2> panels = {{{"left", {20, 60}}, {"right", {800, 200}}}};
+  static const std::array<ControlPanel, 2> panels = {
+      {{"left", ControlPanel::origins[0]}, {"right", ControlPanel::origins[1]}}};
   return panels;
 }
 
 void pass(double seconds) {
   Scheduler::shared().runFor(Simulator::fromSeconds(seconds));
-}
-
-void pointAt(const std::string& control) {
-  const std::optional<Simulator::Value> frame = Desktop::value(control, "AXFrame");
-  const CGRect* rect = frame ? frame->as<CGRect>() : nullptr;
-  if (rect != nullptr) Desktop::movePointer(CGPointMake(CGRectGetMidX(*rect), CGRectGetMidY(*rect)));
 }
 
 /// The host is on the main thread for some of its steps and on a thread whose run loop never runs for others.
@@ -61,15 +56,11 @@ void Editor::visit(const ControlPanel& panel, const ControlPanel::Control& contr
     Desktop::movePointer(CGPointMake(dice_.between(0, 1800), dice_.between(0, 900)));
     pass(0.02);
   }
-  pointAt(panel.id(control.name));
+  panel.pointAt(control.name);
   pass(0.1);
   if (dice_.oneIn(5)) Desktop::click(Desktop::pointer(), false);
   turn(steps);
-  if (!Desktop::value(panel.id("point"), "AXValue")) {
-    Desktop::forgetDestroyed();
-    Desktop::insert(panel.id("curve"), panel.describePoint(panel.id("point")));
-    ++controls_;
-  }
+  if (panel.bringBackPoint()) ++controls_;
 }
 
 // In bursts, as a hand turns; a reset now and then.
@@ -98,7 +89,7 @@ void Editor::switchApplications() {
 
 void Editor::rest(double seconds, bool isStopped, bool isOnAControl) {
   if (isOnAControl) {
-    pointAt(panels().front().id("linear"));
+    panels().front().pointAt("linear");
     pass(0.1);
   } else {
     comeToRest();

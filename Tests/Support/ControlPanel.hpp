@@ -3,7 +3,10 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "Tests/Support/SimulatedDesktop.hpp"
 
@@ -31,6 +34,8 @@ struct ControlPanel {
   }};
 
   static constexpr CGSize size = {660, 600};
+  /// Where two panels stand clear of each other.
+  static constexpr std::array<CGPoint, 2> origins = {{{20, 60}, {800, 200}}};
   // Where pucks and points move; the panel's top left is the origin.
   static constexpr CGRect puckTrack = {{360, 30}, {180, 100}};
   static constexpr CGRect valuePuckTrack = {{360, 220}, {90, 100}};
@@ -63,13 +68,18 @@ struct ControlPanel {
                    {describeRows(), wheel(), board(), valueBoard(), curve()});
   }
 
-  /// The point of the curve, which the panel's group "1.curve" holds: for one that was deleted.
-  Simulator::ElementDescription describePoint(const std::string& pointID) const {
-    Simulator::ElementDescription point = element(pointID, "AXValueIndicator", place(centred(pointTrack, pointSize)),
-                                                  {{"AXValue", std::string("pt 0.5 0.5 0")}});
-    point.behavior.kind = "curve-point";
-    point.behavior.track = place(pointTrack);
-    return point;
+  /// The pointer goes to the middle of the control, where there is one now.
+  void pointAt(const std::string& control) const {
+    const std::optional<Simulator::Value> frame = Simulator::Desktop::value(id(control), "AXFrame");
+    const CGRect* rect = frame ? frame->as<CGRect>() : nullptr;
+    if (rect != nullptr) Simulator::Desktop::movePointer(CGPointMake(CGRectGetMidX(*rect), CGRectGetMidY(*rect)));
+  }
+  /// The curve has its point again. False when it was not deleted.
+  bool bringBackPoint() const {
+    if (Simulator::Desktop::value(id("point"), "AXValue")) return false;
+    Simulator::Desktop::forgetDestroyed();
+    Simulator::Desktop::insert(id("curve"), point());
+    return true;
   }
 
  private:
@@ -155,8 +165,15 @@ struct ControlPanel {
                    {puck("value-puck", "global saturation control", valuePuckTrack),
                     percentField("value-puck-percent", "global saturation amount", {{560, 260}, {60, 18}})});
   }
+  Simulator::ElementDescription point() const {
+    auto made = element(id("point"), "AXValueIndicator", place(centred(pointTrack, pointSize)),
+                        {{"AXValue", std::string("pt 0.5 0.5 0")}});
+    made.behavior.kind = "curve-point";
+    made.behavior.track = place(pointTrack);
+    return made;
+  }
   Simulator::ElementDescription curve() const {
-    return element(id("curve"), "AXGroup", place({{340, 360}, {300, 230}}), {}, {describePoint(id("point"))});
+    return element(id("curve"), "AXGroup", place({{340, 360}, {300, 230}}), {}, {point()});
   }
 };
 

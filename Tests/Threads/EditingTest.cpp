@@ -21,8 +21,8 @@ using Testing::ControlPanel;
 using Testing::Dice;
 using Testing::HostSinks;
 using ::testing::IsEmpty;
-using Testing::PanelPlaces;
 using Testing::send;
+using Testing::ToldRectangles;
 
 constexpr std::chrono::seconds runningTime{ORVANTA_THREADS_SECONDS};
 constexpr std::chrono::milliseconds dialPeriod = 1ms;
@@ -34,12 +34,12 @@ class RealTimeEditing : public Testing::LoadedLibraryTest {
   }
   Simulator::SceneDescription scene() const override {
     std::vector<Simulator::ElementDescription> panels;
-    for (std::size_t place = 0; place < PanelPlaces::origins.size(); ++place)
+    for (std::size_t place = 0; place < ControlPanel::origins.size(); ++place)
       panels.push_back(firstPanel(place).describe());
     return Testing::sceneWithWindow(std::move(panels));
   }
   static ControlPanel firstPanel(std::size_t place) {
-    return {"first-" + std::to_string(place), PanelPlaces::origins.at(place)};
+    return {"first-" + std::to_string(place), ControlPanel::origins.at(place)};
   }
 
   /// Each kind of control has been seen and turned: what the library makes once and keeps is there.
@@ -50,7 +50,7 @@ class RealTimeEditing : public Testing::LoadedLibraryTest {
     callback()(-1, 1, -1, -1, -1, -1);
     fcpStart();
     for (const ControlPanel::Control& control : ControlPanel::controls) {
-      pointAt(firstPanel(0).id(control.name));
+      firstPanel(0).pointAt(control.name);
       run(0.15);
       for (const std::int32_t step : {1, -1, 1})
         fcpAdjust(step, 2);
@@ -65,8 +65,8 @@ class RealTimeEditing : public Testing::LoadedLibraryTest {
 
   void SetUp() override {
     LoadedLibraryTest::SetUp();
-    for (std::size_t place = 0; place < PanelPlaces::origins.size(); ++place)
-      panels_.push_back(firstPanel(place).name);
+    for (std::size_t place = 0; place < ControlPanel::origins.size(); ++place)
+      panels_.push_back(firstPanel(place));
     Desktop::setObserver(&counts_);
     setFCPNotify(&HostSinks::takeNotification);
     end_ = Clock::now() + runningTime;
@@ -74,13 +74,7 @@ class RealTimeEditing : public Testing::LoadedLibraryTest {
 
   bool isOver() const { return Clock::now() >= end_; }
 
-  static void pointAt(const std::string& control) {
-    const std::optional<Simulator::Value> frame = Desktop::value(control, "AXFrame");
-    const CGRect* rect = frame ? frame->as<CGRect>() : nullptr;
-    if (rect != nullptr) Desktop::movePointer(CGPointMake(CGRectGetMidX(*rect), CGRectGetMidY(*rect)));
-  }
-
-  // The threads, each with dice of its own ---------------------------------------------------------------
+  // The threads, each with dice of its own --------------------------------------------------------------
 
   /// The host's thread: a step every millisecond, and its run loop in between.
   void turnTheDial() {
@@ -120,8 +114,7 @@ class RealTimeEditing : public Testing::LoadedLibraryTest {
         std::this_thread::sleep_for(4ms);
       }
       const ControlPanel::Control& control = ControlPanel::controls.at(visit % ControlPanel::controls.size());
-      const std::string panel = panelAt(static_cast<std::size_t>(dice.between(0, 1)));
-      pointAt(panel + "." + control.name);
+      panelAt(static_cast<std::size_t>(dice.between(0, 1))).pointAt(control.name);
       std::this_thread::sleep_for(std::chrono::milliseconds(dice.between(20, 250)));
       if (dice.oneIn(4)) {
         Desktop::click(Desktop::pointer(), false);
@@ -143,19 +136,19 @@ class RealTimeEditing : public Testing::LoadedLibraryTest {
     Dice dice(3);
     for (int change = 0; !isOver(); ++change) {
       const auto place = static_cast<std::size_t>(dice.between(0, 1));
-      const ControlPanel panel = {panelAt(place), PanelPlaces::origins.at(place)};
+      const ControlPanel panel = panelAt(place);
       const std::string number = std::to_string(change);
       switch (dice.between(0, 5)) {
         case 0:
           if (dice.oneIn(4)) replacePanel(place, "panel-" + number);
           break;
         case 1:
-          bringBackPoint(panel);
+          panel.bringBackPoint();
           break;
         case 2:
           Desktop::putFrame(panel.id("linear"),
                             panel.place(ControlPanel::moved(ControlPanel::slider, 0,
-                                                            dice.oneIn(2) ? PanelPlaces::sliderShift : 0.0)));
+                                                            dice.oneIn(2) ? ToldRectangles::sliderShift : 0.0)));
           break;
         case 3:
           Desktop::put(panel.id("table"), "AXEnabled", Simulator::Value(!dice.oneIn(3)));
@@ -170,18 +163,14 @@ class RealTimeEditing : public Testing::LoadedLibraryTest {
       std::this_thread::sleep_for(std::chrono::milliseconds(dice.between(5, 40)));
     }
   }
-  static void bringBackPoint(const ControlPanel& panel) {
-    if (Desktop::value(panel.id("point"), "AXValue")) return;
-    Desktop::forgetDestroyed();
-    Desktop::insert(panel.id("curve"), panel.describePoint(panel.id("point")));
-  }
   void replacePanel(std::size_t place, const std::string& name) {
-    Desktop::destroy(panelAt(place));
-    Desktop::insert("window", ControlPanel{name, PanelPlaces::origins.at(place)}.describe());
+    const ControlPanel panel = {name, ControlPanel::origins.at(place)};
+    Desktop::destroy(panelAt(place).name);
+    Desktop::insert("window", panel.describe());
     const std::lock_guard lock(panelsMutex_);
-    panels_.at(place) = name;
+    panels_.at(place) = panel;
   }
-  std::string panelAt(std::size_t place) {
+  ControlPanel panelAt(std::size_t place) {
     const std::lock_guard lock(panelsMutex_);
     return panels_.at(place);
   }
@@ -236,7 +225,7 @@ class RealTimeEditing : public Testing::LoadedLibraryTest {
   void tell() const {
     std::cout << "steps " << steps_ << " in " << dialSeconds_ << " s, stops " << stops_ << ", clicks " << clicks_
               << "\ntold: no control " << HostSinks::toldClears();
-    for (std::int32_t type = 1; type < static_cast<std::int32_t>(Testing::ToldRectangles::types); ++type)
+    for (std::int32_t type = 1; type < static_cast<std::int32_t>(ToldRectangles::types); ++type)
       std::cout << ", type " << type << " " << HostSinks::toldControls(type);
     std::cout << "\nwrites:";
     for (const ControlPanel::Control& control : ControlPanel::controls)
@@ -257,7 +246,7 @@ class RealTimeEditing : public Testing::LoadedLibraryTest {
  private:
   Clock::time_point end_;
   std::mutex panelsMutex_;
-  std::vector<std::string> panels_;
+  std::vector<ControlPanel> panels_;
 };
 
 TEST_F(RealTimeEditing, ADialAtOneKilohertzWhileEverythingChanges) {

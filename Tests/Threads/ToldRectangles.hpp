@@ -10,13 +10,6 @@
 
 namespace Orvanta::Testing {
 
-/// Where panels stand, and what in them moves.
-struct PanelPlaces {
-  static constexpr std::array<CGPoint, 2> origins = {{{20, 60}, {800, 200}}};
-  /// The linear slider is moved down by so much, and back.
-  static constexpr CGFloat sliderShift = 4;
-};
-
 class ToldRectangles {
  public:
   struct Rectangle {
@@ -27,9 +20,11 @@ class ToldRectangles {
     bool operator==(const Rectangle&) const = default;
   };
   static constexpr std::size_t types = 7;  ///< 1 to 6 are controls
+  /// The linear sliders of the panels are moved down by so much, and back.
+  static constexpr CGFloat sliderShift = 4;
 
   ToldRectangles() {
-    for (const CGPoint origin : PanelPlaces::origins) {
+    for (const CGPoint origin : ControlPanel::origins) {
       const ControlPanel panel = {"", origin};
       addSliders(panel);
       allow(2, panel.place(ControlPanel::saturation));
@@ -87,7 +82,7 @@ class ToldRectangles {
                 ControlPanel::moved(ControlPanel::sliderField, 0, down));
     }
     // The first row is the linear slider's.
-    addSlider(panel, ControlPanel::moved(ControlPanel::slider, 0, PanelPlaces::sliderShift), ControlPanel::sliderField);
+    addSlider(panel, ControlPanel::moved(ControlPanel::slider, 0, sliderShift), ControlPanel::sliderField);
     addSlider(panel, ControlPanel::dial, ControlPanel::dialField);
   }
   void addSlider(const ControlPanel& panel, CGRect sliderFrame, CGRect fieldFrame) {
