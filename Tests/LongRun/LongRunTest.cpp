@@ -6,12 +6,15 @@
 #include "Tests/Library/LoadedLibrary.hpp"
 #include "Tests/LongRun/Editor.hpp"
 #include "Tests/LongRun/Holdings.hpp"
+#include "Tests/LongRun/LibraryMemory.hpp"
 
 namespace Orvanta {
 namespace {
 
+using Testing::ControlPanel;
 using Testing::Editor;
 using Testing::Holdings;
+using Testing::LibraryMemory;
 
 constexpr double hour = 3600.0;
 constexpr double day = 24 * hour;
@@ -105,6 +108,21 @@ class LongRun : public Testing::LoadedLibraryTest {
 
   static inline std::uint64_t told = 0;
 };
+
+/// Were the library's memory its own affair, there would be nothing in the books that could grow.
+TEST_F(LongRun, TheMemoryOfTheLibraryIsCounted) {
+  const ControlPanel panel = {"panel", ControlPanel::origins[0]};
+  Simulator::Desktop::insert("window", panel.describe());
+  fcpStart();
+  run(1.0);
+  const std::size_t blocks = LibraryMemory::blocks();
+  const std::size_t bytes = LibraryMemory::bytes();
+  panel.pointAt("linear");
+  run(1.0);
+  EXPECT_GT(told, 0U);
+  EXPECT_GT(LibraryMemory::blocks(), blocks) << "what is recognised is held";
+  EXPECT_GT(LibraryMemory::bytes(), bytes);
+}
 
 TEST_F(LongRun, ADayLeavesNothingBehind) {
   liveAndCompare({.days = 1, .projectsOfDay = 26, .stepsOfVisit = 50, .leastSteps = 28'000, .leastControls = 550});

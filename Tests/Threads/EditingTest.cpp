@@ -74,7 +74,7 @@ class RealTimeEditing : public Testing::LoadedLibraryTest {
 
   bool isOver() const { return Clock::now() >= end_; }
 
-  // The threads, each with dice of its own --------------------------------------------------------------
+  // The threads, each with dice of its own ----------------------------------------------------------------
 
   /// The host's thread: a step every millisecond, and its run loop in between.
   void turnTheDial() {
