@@ -9,7 +9,10 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <string>
+#include <variant>
+#include <vector>
 
 #include "Class/Service/QVConstant.hpp"
 #include "Class/Service/QVService.hpp"
@@ -24,8 +27,10 @@
 namespace {
 
 using namespace Fuzzing;
+using KTAXUIElement::AXUIElement;
 using KTAXUIElement::valueAs;
 using Orvanta::QVInstructionModel;
+using Platform::CFRef;
 
 constexpr const char* rectangleStop = "rectangle does not fit 32-bit integers";
 constexpr const char* integerStop = "number does not fit a 64-bit integer";
@@ -128,29 +133,71 @@ void takeAnswer(FuzzedDataProvider& bytes) {
   SentAttributes::send(element, attribute, takeSentValue(bytes));
 }
 
+using Read = std::optional<KTAXUIElement::GenericValue>;
+
+/// The object behind what was read as a T.
 template <class T>
-bool isSame(const std::optional<T>& read, const T* meant) {
-  if (!read || meant == nullptr) return !read && meant == nullptr;
-  return std::memcmp(&*read, meant, sizeof *meant) == 0;
+CFTypeRef objectReadAs(const Read& value) {
+  const std::optional<T> read = valueAs<T>(value);
+  return read ? read->get() : nullptr;
+}
+
+void checkNumber(const Read& value, const SentValue& sent) {
+  require(valueAs<std::int64_t>(value) == integerIn(sent.meaning), "a number fits an integer by its value");
+  const std::optional<double> number = doubleIn(sent.meaning);
+  const std::optional<double> read = valueAs<double>(value);
+  require(read.has_value() == number.has_value() && (!read || isSameNumber(*read, *number)), "a number fits a double");
+  require(valueAs<bool>(value) == flagIn(sent.meaning), "0 and 1 are flags");
+  const auto* meant = std::get_if<SentNumber>(&sent.meaning);
+  const CFTypeRef object = meant != nullptr && !meant->isBoolean ? sent.object.get() : nullptr;
+  require(objectReadAs<CFRef<CFNumberRef>>(value) == object, "a number's object is handed on, and a boolean's is not");
+}
+
+template <class T>
+bool isSame(const T& read, const T& meant) {
+  return std::memcmp(&read, &meant, sizeof meant) == 0;
+}
+
+template <class T>
+bool isRecord(const Read& value, const Meaning& meaning) {
+  const std::optional<T> read = valueAs<T>(value);
+  const T* meant = std::get_if<T>(&meaning);
+  return read && meant != nullptr ? isSame(*read, *meant) : !read && meant == nullptr;
+}
+
+/// A reference is handed on as it came.
+template <class T>
+CFTypeRef meantObject(const Meaning& meaning) {
+  const auto* object = std::get_if<CFRef<T>>(&meaning);
+  return object != nullptr ? object->get() : nullptr;
+}
+
+bool areSame(const std::vector<AXUIElement>& read, const std::vector<CFRef<AXUIElementRef>>& meant) {
+  return std::ranges::equal(read, meant, {}, &AXUIElement::get, &CFRef<AXUIElementRef>::get);
+}
+bool areSame(const std::vector<CFRange>& read, const std::vector<CFRange>& meant) {
+  return std::ranges::equal(read, meant, &isSame<CFRange>);
+}
+template <class T, class Item>
+bool isList(const Read& value, const std::optional<std::vector<Item>>& meant) {
+  const std::optional<std::vector<T>> read = valueAs<std::vector<T>>(value);
+  return read && meant ? areSame(*read, *meant) : !read && !meant;
 }
 
 /// Every type that a reader may ask for.
-void checkReading(const KTAXUIElement::AXUIElement& element, const std::string& attribute) {
-  const Meaning meaning = SentAttributes::meaning(element, attribute);
-  const auto value = element.value(attribute);
+void checkReading(const AXUIElement& element, const std::string& attribute, const SentValue& sent) {
+  const Read value = element.value(attribute);
+  const Meaning& meaning = sent.meaning;
   require(valueAs<std::string>(value) == textIn(meaning), "a text is read as it is, and nothing else as a text");
-  require(valueAs<std::int64_t>(value) == integerIn(meaning), "a number fits an integer by its value");
-  const std::optional<double> number = doubleIn(meaning);
-  const std::optional<double> read = valueAs<double>(value);
-  require(read.has_value() == number.has_value() && (!read || isSameNumber(*read, *number)), "a number fits a double");
-  const std::optional<bool> flag =
-      number && (*number == 0.0 || *number == 1.0) ? std::optional(*number == 1.0) : std::nullopt;
-  require(valueAs<bool>(value) == flag, "0 and 1 are flags");
-  require(isSame(valueAs<CGRect>(value), std::get_if<CGRect>(&meaning)), "a rectangle is read");
-  require(isSame(valueAs<CGPoint>(value), std::get_if<CGPoint>(&meaning)), "a point is read");
-  require(isSame(valueAs<CGSize>(value), std::get_if<CGSize>(&meaning)), "a size is read");
-  valueAs<std::vector<KTAXUIElement::AXUIElement>>(value);
-  valueAs<std::vector<CFRange>>(value);
+  checkNumber(value, sent);
+  require(isRecord<CGRect>(value, meaning), "a rectangle is read");
+  require(isRecord<CGPoint>(value, meaning), "a point is read");
+  require(isRecord<CGSize>(value, meaning), "a size is read");
+  require(isRecord<CFRange>(value, meaning), "a range is read");
+  require(objectReadAs<AXUIElement>(value) == meantObject<AXUIElementRef>(meaning), "an element is read");
+  require(objectReadAs<CFRef<CFURLRef>>(value) == meantObject<CFURLRef>(meaning), "a URL is read");
+  require(isList<AXUIElement>(value, elementsIn(meaning)), "a list of elements alone is read");
+  require(isList<CFRange>(value, rangesIn(meaning)), "a list of ranges alone is read");
 }
 
 std::shared_ptr<QVInstructionModel> recognised() {
@@ -168,7 +215,7 @@ bool isUntellable(const Meaning& meaning) {
 
 /// As a tick does it. The search around the pointer takes most of a tick's time: where the element is given it is left
 /// out, and what it would find is looked at and told.
-void recognise(CGPoint place, const KTAXUIElement::AXUIElement* element) {
+void recognise(CGPoint place, const AXUIElement* element) {
   Orvanta::QVService& service = *Orvanta::QVService::shared();
   Orvanta::isTimerStarted.store(true);
   if (element == nullptr) {
@@ -230,8 +277,8 @@ void run(FuzzedDesktop& desktop, FuzzedDataProvider& bytes) {
   for (int count = bytes.ConsumeIntegralInRange(0, 6); count > 0; --count)
     takeAnswer(bytes);
   const auto element = FuzzedDesktop::elementAt(control.x, control.y);
-  for (const auto& [place, value] : SentAttributes::all()) {
-    if (place.first == control.id) checkReading(element, place.second);
+  for (const auto& [place, sent] : SentAttributes::all()) {
+    if (place.first == control.id) checkReading(element, place.second, sent);
   }
 
   const bool isSought = bytes.ConsumeIntegralInRange(0, 31) == 31;

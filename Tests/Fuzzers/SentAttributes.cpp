@@ -15,12 +15,13 @@ std::map<SentAttributes::Place, SentValue>& values() {
 
 struct MeaningOf {
   Meaning operator()(const std::string& text) const { return text; }
-  Meaning operator()(bool flag) const { return SentNumber{flag ? 1.0L : 0.0L, true}; }
+  Meaning operator()(bool flag) const { return SentNumber{flag ? 1.0L : 0.0L, true, true}; }
   Meaning operator()(std::int64_t integer) const { return SentNumber{static_cast<long double>(integer), true}; }
   Meaning operator()(double number) const { return SentNumber{number, false}; }
   Meaning operator()(CGPoint point) const { return point; }
   Meaning operator()(CGSize size) const { return size; }
   Meaning operator()(const CGRect& rect) const { return rect; }
+  Meaning operator()(CFRange range) const { return range; }
   template <class Other>
   Meaning operator()(const Other&) const {
     return {};

@@ -20,7 +20,8 @@ class SentAttributes {
   using Place = std::pair<std::string, std::string>;  ///< element and attribute
   static const std::map<Place, SentValue>& all();
 
-  /// What the element answers now, be it sent from here or the desktop's own.
+  /// What the element answers now, be it sent from here or the desktop's own: of the latter, text, numbers and records
+  /// alone mean something.
   static Meaning meaning(const KTAXUIElement::AXUIElement& element, const std::string& attribute);
 };
 

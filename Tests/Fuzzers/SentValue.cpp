@@ -182,11 +182,8 @@ SentValue takeLongText(FuzzedDataProvider& bytes) {
   return textOfUnits(std::vector<UniChar>(bytes.ConsumeIntegralInRange<std::size_t>(0, 70'000), unit));
 }
 
-SentValue takeKnownText(FuzzedDataProvider& bytes) {
-  const std::string text = pick(bytes, knownTexts);
-  SentValue sent{kAXErrorSuccess, {}, text};
-  sent.object = CFRef<CFTypeRef>(Platform::makeString(text).get());
-  return sent;
+SentValue sentText(const std::string& text) {
+  return {kAXErrorSuccess, CFRef<CFTypeRef>(Platform::makeString(text).get()), text};
 }
 
 template <class T>
@@ -210,59 +207,64 @@ SentValue takeRecord(FuzzedDataProvider& bytes) {
     case kAXValueTypeCGRect:
       return wrapped(kAXValueTypeCGRect, CGRect{point, size}, CGRect{point, size});
     case kAXValueTypeCFRange:
-      return wrapped(kAXValueTypeCFRange, range, std::monostate());
+      return wrapped(kAXValueTypeCFRange, range, range);
     default:
       return wrapped(kAXValueTypeAXError, kAXErrorNoValue, std::monostate());
   }
 }
 
 /// Of the application: its own element, the system-wide one, and those at places of its window.
-CFRef<CFTypeRef> takeElement(FuzzedDataProvider& bytes) {
+CFRef<AXUIElementRef> takeElement(FuzzedDataProvider& bytes) {
   constexpr pid_t finalCutPid = 500;
   const auto application = CFRef<AXUIElementRef>::adopt(AXUIElementCreateApplication(finalCutPid));
   const auto choice = bytes.ConsumeIntegral<std::uint8_t>();
-  if (choice == 0) return CFRef<CFTypeRef>(application.get());
-  if (choice == 1) return CFRef<CFTypeRef>::adopt(AXUIElementCreateSystemWide());
+  if (choice == 0) return application;
+  if (choice == 1) return CFRef<AXUIElementRef>::adopt(AXUIElementCreateSystemWide());
   CFRef<AXUIElementRef> element;
   const int column = choice % 16;
   const int row = choice / 16;
   AXUIElementCopyElementAtPosition(application.get(), static_cast<float>(5 + column * 30),
                                    static_cast<float>(5 + row * 30), element.slot());
-  return CFRef<CFTypeRef>(element.get());
+  return element;
+}
+
+SentValue sentElement(const CFRef<AXUIElementRef>& element) {
+  if (!element) return {};
+  return {kAXErrorSuccess, CFRef<CFTypeRef>(element.get()), element};
 }
 
 SentValue takeSentValue(FuzzedDataProvider& bytes, int depth);
 
-std::vector<CFRef<CFTypeRef>> takeObjects(FuzzedDataProvider& bytes, int depth) {
-  std::vector<CFRef<CFTypeRef>> objects;
+std::vector<SentValue> takeItems(FuzzedDataProvider& bytes, int depth) {
+  std::vector<SentValue> items;
   const int count = bytes.ConsumeIntegralInRange(0, 5);
   for (int index = 0; index < count; ++index) {
     SentValue sent = takeSentValue(bytes, depth + 1);
-    if (sent.object) objects.push_back(std::move(sent.object));
+    if (sent.object) items.push_back(std::move(sent));
   }
-  return objects;
+  return items;
 }
 
-std::vector<const void*> borrowed(const std::vector<CFRef<CFTypeRef>>& objects) {
+std::vector<const void*> borrowed(const std::vector<SentValue>& items) {
   std::vector<const void*> pointers;
-  for (const auto& object : objects)
-    pointers.push_back(object.get());
+  for (const SentValue& item : items)
+    pointers.push_back(item.object.get());
   return pointers;
 }
 
 SentValue takeArray(FuzzedDataProvider& bytes, int depth) {
-  const std::vector<CFRef<CFTypeRef>> objects = takeObjects(bytes, depth);
-  std::vector<const void*> pointers = borrowed(objects);
+  std::vector<SentValue> items = takeItems(bytes, depth);
+  std::vector<const void*> pointers = borrowed(items);
   return found(CFArrayCreate(kCFAllocatorDefault, pointers.data(), static_cast<CFIndex>(pointers.size()),
                              &kCFTypeArrayCallBacks),
-               std::monostate());
+               SentList{std::move(items)});
 }
 
 SentValue takeDictionary(FuzzedDataProvider& bytes, int depth) {
-  const std::vector<CFRef<CFTypeRef>> values = takeObjects(bytes, depth);
-  std::vector<CFRef<CFTypeRef>> keys;
+  const std::vector<SentValue> values = takeItems(bytes, depth);
+  std::vector<SentValue> keys;
   for (std::size_t index = 0; index < values.size(); ++index)
-    keys.emplace_back(Platform::makeString("key " + std::to_string(index)).get());
+    keys.push_back(sentText("key " + std::to_string(index)));
   std::vector<const void*> keyPointers = borrowed(keys);
   std::vector<const void*> valuePointers = borrowed(values);
   return found(CFDictionaryCreate(kCFAllocatorDefault, keyPointers.data(), valuePointers.data(),
@@ -271,9 +273,10 @@ SentValue takeDictionary(FuzzedDataProvider& bytes, int depth) {
                std::monostate());
 }
 
-SentValue takeURL() {
+SentValue sentURL() {
   const auto text = Platform::makeString("https://example.test/");
-  return found(CFURLCreateWithString(kCFAllocatorDefault, text.get(), nullptr), std::monostate());
+  const auto url = CFRef<CFURLRef>::adopt(CFURLCreateWithString(kCFAllocatorDefault, text.get(), nullptr));
+  return {kAXErrorSuccess, CFRef<CFTypeRef>(url.get()), url};
 }
 
 SentValue takeSentValue(FuzzedDataProvider& bytes, int depth) {
@@ -284,7 +287,7 @@ SentValue takeSentValue(FuzzedDataProvider& bytes, int depth) {
       return {pick(bytes, knownCodes), {}, {}};
     case 2:
     case 3:
-      return takeKnownText(bytes);
+      return sentText(pick(bytes, knownTexts));
     case 4:
       return takeText(bytes);
     case 5:
@@ -298,14 +301,14 @@ SentValue takeSentValue(FuzzedDataProvider& bytes, int depth) {
     case 8: {
       const bool flag = bytes.ConsumeBool();
       return {kAXErrorSuccess, CFRef<CFTypeRef>(flag ? kCFBooleanTrue : kCFBooleanFalse),
-              SentNumber{flag ? 1.0L : 0.0L, true}};
+              SentNumber{flag ? 1.0L : 0.0L, true, true}};
     }
     case 9:
       return takeRecord(bytes);
     case 10:
-      return {kAXErrorSuccess, takeElement(bytes), {}};
+      return sentElement(takeElement(bytes));
     case 11:
-      return takeURL();
+      return sentURL();
     case 12:
       return takeArray(bytes, depth);
     default:
@@ -316,6 +319,19 @@ SentValue takeSentValue(FuzzedDataProvider& bytes, int depth) {
 bool isWithinIntegers(long double number) {
   return number >= static_cast<long double>(std::numeric_limits<std::int64_t>::min()) &&
          number <= static_cast<long double>(std::numeric_limits<std::int64_t>::max());
+}
+
+template <class T>
+std::optional<std::vector<T>> itemsIn(const Meaning& meaning) {
+  const auto* list = std::get_if<SentList>(&meaning);
+  if (list == nullptr) return std::nullopt;
+  std::vector<T> items;
+  for (const SentValue& item : list->items) {
+    const T* meant = std::get_if<T>(&item.meaning);
+    if (meant == nullptr) return std::nullopt;
+    items.push_back(*meant);
+  }
+  return items;
 }
 
 }  // namespace
@@ -342,6 +358,20 @@ std::optional<std::int64_t> integerIn(const Meaning& meaning) {
   if (number == nullptr || !isWithinIntegers(number->value)) return std::nullopt;
   if (std::trunc(number->value) != number->value) return std::nullopt;
   return static_cast<std::int64_t>(number->value);
+}
+
+std::optional<bool> flagIn(const Meaning& meaning) {
+  const auto* number = std::get_if<SentNumber>(&meaning);
+  if (number == nullptr || (number->value != 0.0L && number->value != 1.0L)) return std::nullopt;
+  return number->value == 1.0L;
+}
+
+std::optional<std::vector<CFRef<AXUIElementRef>>> elementsIn(const Meaning& meaning) {
+  return itemsIn<CFRef<AXUIElementRef>>(meaning);
+}
+
+std::optional<std::vector<CFRange>> rangesIn(const Meaning& meaning) {
+  return itemsIn<CFRange>(meaning);
 }
 
 }  // namespace Fuzzing

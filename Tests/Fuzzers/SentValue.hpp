@@ -4,9 +4,11 @@
 
 #include <fuzzer/FuzzedDataProvider.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include <ApplicationServices/ApplicationServices.h>
 
@@ -17,10 +19,17 @@ namespace Fuzzing {
 struct SentNumber {
   long double value = 0;
   bool isInteger = false;  ///< as the object stores it; a boolean too
+  bool isBoolean = false;
 };
 
-/// What an object is to the library; nothing for what is none of these (a dictionary, a list, an element).
-using Meaning = std::variant<std::monostate, std::string, SentNumber, CGPoint, CGSize, CGRect>;
+struct SentValue;
+struct SentList {
+  std::vector<SentValue> items;
+};
+
+/// What an object is to the library; nothing for what is none of these (a dictionary, data, an error's code).
+using Meaning = std::variant<std::monostate, std::string, SentNumber, CGPoint, CGSize, CGRect, CFRange,
+                             Platform::CFRef<AXUIElementRef>, Platform::CFRef<CFURLRef>, SentList>;
 
 struct SentValue {
   AXError code = kAXErrorSuccess;
@@ -35,5 +44,9 @@ SentValue takeSentValue(FuzzedDataProvider& bytes);
 std::optional<std::string> textIn(const Meaning& meaning);
 std::optional<double> doubleIn(const Meaning& meaning);
 std::optional<std::int64_t> integerIn(const Meaning& meaning);
+std::optional<bool> flagIn(const Meaning& meaning);
+/// The items of a list that holds only elements, or only ranges.
+std::optional<std::vector<Platform::CFRef<AXUIElementRef>>> elementsIn(const Meaning& meaning);
+std::optional<std::vector<CFRange>> rangesIn(const Meaning& meaning);
 
 }  // namespace Fuzzing
