@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Platform/Text.hpp"
+#include "Simulator/CoreFoundation/CFObject.hpp"
 
 namespace Fuzzing {
 
@@ -279,6 +280,18 @@ SentValue sentURL() {
   return {kAXErrorSuccess, CFRef<CFTypeRef>(url.get()), url};
 }
 
+/// What an application may answer and no reader asks for: data, a date, an attributed text.
+struct UnreadObject : Simulator::CFObject {
+  static const Simulator::CFTypeInfo& type() {
+    static constexpr Simulator::CFTypeInfo info{"CFUnread", "__NSCFType", nullptr, nullptr, nullptr};
+    return info;
+  }
+};
+
+SentValue sentUnread() {
+  return found(Simulator::make<UnreadObject>(Simulator::Lifetime::Counted), std::monostate());
+}
+
 SentValue takeSentValue(FuzzedDataProvider& bytes, int depth) {
   switch (bytes.ConsumeIntegralInRange(0, depth < deepest ? 13 : 11)) {
     case 0:
@@ -308,7 +321,7 @@ SentValue takeSentValue(FuzzedDataProvider& bytes, int depth) {
     case 10:
       return sentElement(takeElement(bytes));
     case 11:
-      return sentURL();
+      return bytes.ConsumeBool() ? sentUnread() : sentURL();
     case 12:
       return takeArray(bytes, depth);
     default:

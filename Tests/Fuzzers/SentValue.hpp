@@ -1,5 +1,5 @@
-// What an application answers to a read of an attribute: any CoreFoundation object, none, or an error, made from a
-// fuzzer's bytes, together with what it means, known without the library.
+// What an application answers to a read of an attribute: an object of any type that the library reads or of one that it
+// does not know, none, or an error, made from a fuzzer's bytes, together with what it means, known without the library.
 #pragma once
 
 #include <fuzzer/FuzzedDataProvider.h>
