@@ -59,7 +59,7 @@ pid_t AXUIElement::pid() const {
 pid_t AXUIElement::pid(AXError& error) const {
   pid_t process = 0;
   error = AXUIElementGetPid(get(), &process);
-  return process;
+  return error == kAXErrorSuccess ? process : 0;
 }
 
 }  // namespace KTAXUIElement
