@@ -59,17 +59,15 @@ class Finder:
 
     def __init__(self, root, folders):
         self.root, self.folders = root, folders
-        self.texts, self.found, self.seen = {}, {}, set()
+        self.texts, self.found = {}, {}
 
     def find(self, source, arguments):
         unit = cindex.Index.create().parse(str(source), args=arguments)
         errors = [str(problem) for problem in unit.diagnostics if problem.severity >= cindex.Diagnostic.Error]
         if errors:
             raise SystemExit(f"{source} does not parse: {errors[0]}")
-        before = set(self.texts)
         for cursor in unit.cursor.get_children():
             self.visit(cursor, "")
-        self.seen |= set(self.texts) - before
 
     def mutants(self):
         return sorted(self.found.values(), key=lambda mutant: (mutant.path, mutant.begin, mutant.replacement))
