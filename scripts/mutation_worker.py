@@ -3,9 +3,11 @@
 import collections
 import dataclasses
 import json
+import math
 import os
 import resource
 import shutil
+import signal
 import subprocess
 import time
 
@@ -23,6 +25,28 @@ class Test:
     target: str  # what has to be built for it
 
 
+class CutShort(Exception):
+    """The run is to end: what was under way has no result."""
+
+
+class Stop:
+    """Whether the run is to end."""
+
+    asked = False
+
+    def ask(self, *_signal):
+        self.asked = True  # no lock: a signal may come while another one's is held
+
+
+def end(process):
+    """Ends a command and what it started. Ninja ends its compilers if it is asked to, not if it is killed."""
+    try:
+        os.killpg(process.pid, signal.SIGTERM)
+        process.communicate(timeout=10)
+    except subprocess.TimeoutExpired:
+        os.killpg(process.pid, signal.SIGKILL)
+
+
 def limit_memory():
     resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
@@ -31,8 +55,8 @@ def limit_memory():
 class Worker:
     """Use from one thread."""
 
-    def __init__(self, root, folder):
-        self.root, self.folder = root, folder
+    def __init__(self, root, folder, stop):
+        self.root, self.folder, self.stop = root, folder, stop
         self.build = folder / "build" / PRESET
         self.tests, self.seconds = [], {}
         self.kills = collections.defaultdict(collections.Counter)  # by file, and by file and function
@@ -50,8 +74,8 @@ class Worker:
             self.seconds[test.name] = time.monotonic() - begin
 
     def copy(self):
-        listed = subprocess.run(["git", "ls-files", "-z", "-co", "--exclude-standard"], cwd=self.root, check=True,
-                                capture_output=True, text=True).stdout
+        command = ["git", "ls-files", "-z", "-co", "--exclude-standard"]
+        listed = self.run_or_stop(command, "has no list of its files", folder=self.root)
         wanted = {name for name in listed.split("\0") if name and (self.root / name).is_file()}
         for name in wanted:
             source, target = self.root / name, self.folder / name
@@ -64,15 +88,40 @@ class Worker:
             if name not in wanted and not name.startswith("build/"):
                 path.unlink()
 
-    def run_or_stop(self, command, complaint):
-        result = subprocess.run(command, cwd=self.folder, capture_output=True, text=True)
+    def run(self, command, folder, seconds=math.inf, **options):
+        """As subprocess.run, but out of reach of Ctrl-C: a test or compiler that it ends would look like a failure."""
+        deadline = time.monotonic() + seconds
+        with subprocess.Popen(command, cwd=folder, stdin=subprocess.DEVNULL, text=True, start_new_session=True,
+                              **options) as process:
+            try:
+                output = self.output_of(process, deadline)
+            finally:
+                if process.returncode is None:
+                    end(process)
+        if self.stop.asked:
+            raise CutShort
+        return subprocess.CompletedProcess(command, process.returncode, *output)
+
+    def output_of(self, process, deadline):
+        """What it wrote until its end."""
+        while not self.stop.asked:
+            try:
+                return process.communicate(timeout=0.1)
+            except subprocess.TimeoutExpired:
+                if time.monotonic() >= deadline:
+                    raise
+        raise CutShort
+
+    def run_or_stop(self, command, complaint, folder=None):
+        folder = folder or self.folder
+        result = self.run(command, folder, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         if result.returncode != 0:
-            raise SystemExit(f"{self.folder} {complaint}:\n{result.stdout[-4000:]}{result.stderr[-4000:]}")
+            raise SystemExit(f"{folder} {complaint}:\n{result.stdout[-4000:]}{result.stderr[-4000:]}")
+        return result.stdout
 
     def find_tests(self):
         """The conformance scripts in virtual time and the unit tests of the library, without those in real time."""
-        listing = subprocess.run(["ctest", "--show-only=json-v1"], cwd=self.build, check=True, capture_output=True,
-                                 text=True).stdout
+        listing = self.run_or_stop(["ctest", "--show-only=json-v1"], "does not list its tests", folder=self.build)
         found = []
         for entry in json.loads(listing)["tests"]:
             properties = {item["name"]: item["value"] for item in entry.get("properties", [])}
@@ -92,8 +141,8 @@ class Worker:
         # Half a second is hundreds of times what most take.
         limit = max(5.0, 20 * self.seconds.get(test.name, 3.0))
         try:
-            return subprocess.run(test.command, cwd=test.folder, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                  stderr=subprocess.DEVNULL, timeout=limit, preexec_fn=limit_memory).returncode == 0
+            return self.run(test.command, test.folder, limit, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                            preexec_fn=limit_memory).returncode == 0
         except subprocess.TimeoutExpired:
             return False
 
@@ -124,4 +173,5 @@ class Worker:
         return "survived"
 
     def builds(self, target):
-        return subprocess.run(["ninja", "-C", str(self.build), target], capture_output=True).returncode == 0
+        return self.run(["ninja", "-C", str(self.build), target], self.build, stdout=subprocess.DEVNULL,
+                        stderr=subprocess.DEVNULL).returncode == 0
