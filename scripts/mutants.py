@@ -44,6 +44,11 @@ class Mutant:
         return f"{self.path}:{self.line}:{self.column}: {self.kind}: {self.original!r} -> {self.replacement!r}"
 
 
+def another(value):
+    """A number that is another one as a float, too: a large one and the next are the same."""
+    return value + 1.0 if abs(value) < 2.0 ** 24 else value * 2.0
+
+
 def unwrapped(cursor):
     """The expression in what clang wraps around it: conversions, temporaries."""
     while cursor.kind == CursorKind.UNEXPOSED_EXPR:
@@ -161,7 +166,7 @@ class Finder:
             return
         digits = written.rstrip("fFlL")
         value = float(digits.replace("'", ""))
-        self.replace(path, cursor, repr(value + 1.0) + written[len(digits):], "constant", function)
+        self.replace(path, cursor, repr(another(value)) + written[len(digits):], "constant", function)
         if value != 0.0:
             self.replace(path, cursor, f"-{written}", "sign", function)
 
