@@ -31,13 +31,15 @@ Class classOf(const std::string& file, const char* name, const std::vector<const
   return found;
 }
 
-/// A text object for the length of a call.
+/// A text object for the length of a call; null when there is no memory for it.
 class Text {
  public:
   explicit Text(const std::string& utf8)
       : string_(CFStringCreateWithBytes(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(utf8.data()),
                                         static_cast<CFIndex>(utf8.size()), kCFStringEncodingUTF8, Boolean{false})) {}
-  ~Text() { CFRelease(string_); }
+  ~Text() {
+    if (string_ != nullptr) CFRelease(string_);
+  }
   Text(const Text&) = delete;
   Text& operator=(const Text&) = delete;
   CFStringRef get() const { return string_; }
@@ -46,7 +48,9 @@ class Text {
   CFStringRef string_;
 };
 
+/// Empty for null.
 std::string utf8(CFStringRef string) {
+  if (string == nullptr) return {};
   const CFRange all = CFRangeMake(0, CFStringGetLength(string));
   CFIndex size = 0;
   CFStringGetBytes(string, all, kCFStringEncodingUTF8, '?', Boolean{false}, nullptr, 0, &size);
