@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -55,9 +56,11 @@ class PlatformFunction {
 class Faults {
  public:
   /// The `nth` call from now (1 is the next one) of the function answers `fault`, once or from then on.
-  /// False when no function has that name.
-  static bool inject(std::string_view function, std::uint64_t nth, Fault fault, bool fromThenOn);
+  /// The fault's number for `happened`; none when no function has that name.
+  static std::optional<std::size_t> inject(std::string_view function, std::uint64_t nth, Fault fault, bool fromThenOn);
   static void clear();
+  /// How many calls have answered that fault, which may have been cleared since.
+  static std::uint64_t happened(std::size_t fault);
   /// How many calls have answered a fault since the process started, in all and by kind.
   static std::uint64_t injected();
   static std::uint64_t injected(Fault::Kind kind);

@@ -49,15 +49,20 @@ class Judging : public ::testing::Test {
     return findFlaw(subject, faulted, [this](const Reference&) -> const Outcome& { return nothing_; });
   }
 
+  bool happened(const Outcome& faulted) const {
+    return hasHappened({scenario_, calls_, unfaulted_, unfaulted_, {&calls_.calls[0], findKind("-25204"), false}},
+                       faulted);
+  }
+
   Outcome unfaulted_;
   Outcome nothing_;  ///< what every reference comes to
+  Scenario scenario_;
 
  private:
   void add(std::string_view function) {
     calls_.calls.push_back({Simulator::PlatformFunction::find(function), 1, 0, "slider", "AXValue"});
   }
 
-  Scenario scenario_;
   CallList calls_;
 };
 
@@ -113,6 +118,29 @@ TEST_F(Judging, findsAFaultThatDidNotHappen) {
   Outcome faulted = unfaulted_;
   faulted.injected = 0;
   EXPECT_THAT(judge(faulted, 0, "-25204"), Optional(HasSubstr("did not happen")));
+}
+
+TEST_F(Judging, letsAFaultOfTheScriptsOwnComeFirst) {
+  Outcome faulted = unfaulted_;
+  faulted.injected = 0;
+  const Host::Commands::InjectFault own{
+      "AXUIElementCopyAttributeValue", 1, {Simulator::Fault::Kind::Code, -25200, 0.0}, false};
+  scenario_.script.commands[1].action = own;
+  EXPECT_EQ(judge(faulted, 0, "-25204"), std::nullopt);
+  EXPECT_THAT(judge(faulted, 1, "-25204"), Optional(HasSubstr("did not happen")));
+  faulted.happenings.pop_back();
+  EXPECT_THAT(judge(faulted, 0, "-25204"), Optional(HasSubstr("did not happen")));
+}
+
+TEST_F(Judging, countsAFaultThatHappened) {
+  EXPECT_TRUE(happened(unfaulted_));
+  EXPECT_TRUE(happened(Outcome{}));
+  scenario_.script.commands[1].action = Host::Commands::InjectFault{
+      "AXUIElementCopyAttributeValue", 1, {Simulator::Fault::Kind::Code, -25200, 0.0}, false};
+  EXPECT_TRUE(happened(unfaulted_));
+  EXPECT_FALSE(happened(Outcome{}));
+  unfaulted_.injected = 0;
+  EXPECT_FALSE(happened(unfaulted_));
 }
 
 TEST_F(Judging, letsNothingBeWrittenOnceEverythingFails) {

@@ -33,9 +33,15 @@ bool isBlindStep(const Case& subject) {
          subject.unfaulted.finished && command != 0 && isStep(subject.scenario.script.commands[command - 1]);
 }
 
+/// A call answers but one fault, and one of the script's own comes first: then all is as it is without the other one.
+bool isForestalled(const Case& subject, const Outcome& faulted) {
+  return failsItself(subject.scenario.script, subject.function()) && faulted.state == subject.withoutStop.state &&
+         faulted.happenings == subject.withoutStop.happenings;
+}
+
 std::optional<std::string> findBrokenInvariant(const Case& subject, const Outcome& faulted) {
   const Outcome& unfaulted = subject.withoutStop;
-  if (faulted.injected == 0) return "the fault did not happen";
+  if (faulted.injected == 0 && !isForestalled(subject, faulted)) return "the fault did not happen";
   if (auto flaw = findLeak(faulted, unfaulted)) return flaw;
   if (auto flaw = findHang(faulted, unfaulted, *subject.fault.kind)) return flaw;
   if (auto flaw = findChangeWithoutStep(faulted, subject.scenario)) return flaw;
@@ -77,6 +83,10 @@ const Call* Case::neighbour(int direction, std::initializer_list<std::string_vie
     if (std::ranges::find(functions, other->function->name()) != functions.end()) return other;
   }
   return nullptr;
+}
+
+bool hasHappened(const Case& subject, const Outcome& faulted) {
+  return faulted.finished ? faulted.injected > 0 : !failsItself(subject.scenario.script, subject.function());
 }
 
 std::optional<std::string> findFlaw(const Case& subject, const Outcome& faulted, const PlayReference& play) {

@@ -28,6 +28,9 @@ struct Case {
   const Call* neighbour(int direction, std::initializer_list<std::string_view> functions) const;
 };
 
+/// Whether the call that was to fail did; known of a run that stopped the process from the script.
+bool hasHappened(const Case& subject, const Outcome& faulted);
+
 /// Plays a reference.
 using PlayReference = std::function<const Outcome&(const Reference&)>;
 

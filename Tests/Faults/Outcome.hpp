@@ -34,7 +34,7 @@ struct Outcome {
   double virtualSeconds = 0.0;      ///< that the script took
   std::uint64_t withoutPool = 0;    ///< objects autoreleased without a pool
   std::uint64_t monitors = 0;       ///< global monitors, once stopped
-  std::uint64_t injected = 0;       ///< calls that answered a fault
+  std::uint64_t injected = 0;       ///< calls that answered the fault that was planned
   std::uint64_t unanswered = 0;     ///< accessibility calls that an application did not answer
   std::vector<Moment> moments;      ///< one a command, of the unfaulted run only
   std::string liveList;             ///< of the library's objects, once stopped

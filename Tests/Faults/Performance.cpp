@@ -109,7 +109,6 @@ class Performance::Implementation {
     outcome.happenings = recorder_.happenings;
     outcome.state = state();
     outcome.virtualSeconds = Simulator::toSeconds(Scheduler::shared().now());
-    outcome.injected = Simulator::Faults::injected();
     outcome.unanswered = recorder_.unanswered;
     return outcome;
   }

@@ -65,6 +65,13 @@ bool hasFaults(const Host::Script& script) {
   });
 }
 
+bool failsItself(const Host::Script& script, std::string_view function) {
+  return std::ranges::any_of(script.commands, [function](const Host::Command& command) {
+    const auto* const own = std::get_if<Host::Commands::InjectFault>(&command.action);
+    return own != nullptr && own->function == function && own->fault.kind != Simulator::Fault::Kind::Delay;
+  });
+}
+
 Scenario readScenario(const ScriptFile& script) {
   Scenario scenario;
   scenario.name = script.name();

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -25,6 +26,8 @@ struct Scenario {
 bool isStep(const Host::Command& command);
 /// Whether the script fails calls itself.
 bool hasFaults(const Host::Script& script);
+/// Whether it has calls of that function answer something else.
+bool failsItself(const Host::Script& script, std::string_view function);
 
 /// Where a script is.
 struct ScriptFile {

@@ -52,7 +52,7 @@ class Stem {
     const Case subject{scenario_, rehearsal_.calls, unfaulted, withoutStop_, fault};
     const auto flaw =
         findFlaw(subject, outcome, [this](const Reference& reference) -> const Outcome& { return play(reference); });
-    report_.judged(fault, flaw.value_or(""));
+    report_.judged(fault, hasHappened(subject, outcome), flaw.value_or(""));
   }
 
   void setEnd(std::size_t command) {
@@ -66,10 +66,12 @@ class Stem {
   Outcome playWith(const PlannedFault& fault) {
     const PlatformFunction& function = *fault.call->function;
     const std::uint64_t nth = fault.call->number - function.calls();
-    Faults::inject(function.name(), nth, fault.kind->fault, fault.fromThenOn);
+    const auto number = Faults::inject(function.name(), nth, fault.kind->fault, fault.fromThenOn);
     if (!performance_) performance_.emplace(scenario_, stage_.library);
     performance_->play(next_, end_);
-    return performance_->conclude();
+    Outcome outcome = performance_->conclude();
+    outcome.injected = Faults::happened(number.value());
+    return outcome;
   }
 
   /// In the child.

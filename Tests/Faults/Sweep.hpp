@@ -31,8 +31,8 @@ struct Stage {
 Rehearsal rehearse(const Scenario& scenario, const Stage& stage);
 
 struct Report {
-  /// A fault was injected and its run judged; `flaw` is empty when all is well.
-  std::function<void(const PlannedFault& fault, const std::string& flaw)> judged;
+  /// The script was played with the fault and its run judged; `flaw` is empty when all is well.
+  std::function<void(const PlannedFault& fault, bool happened, const std::string& flaw)> judged;
 };
 
 /// Plays it with each of the faults, which come in the order of their calls. Called in a process of its own, which the

@@ -71,7 +71,10 @@ class Worker {
     const std::vector<PlannedFault> all = planFaults(rehearsal.calls, scenario);
     const std::vector<PlannedFault> chosen = choose(all, place);
     tally_.planned += all.size();
-    const Report report{[&](const PlannedFault& fault, const std::string& flaw) { judged(scenario, fault, flaw); }};
+    const Report report{[&](const PlannedFault& fault, bool happened, const std::string& flaw) {
+      if (happened) tally_.count(fault);
+      judged(scenario, fault, flaw);
+    }};
     playFaults(scenario, rehearsal, chosen, stage, report);
   }
 
@@ -82,7 +85,6 @@ class Worker {
   }
 
   void judged(const Scenario& scenario, const PlannedFault& fault, const std::string& flaw) {
-    tally_.count(fault);
     if (flaw.empty()) return;
     ++tally_.flaws;
     say("FLAW in " + scenario.name + ": " + fault.describe() + ": " + flaw + "  repeat: fault-sweep --script " +

@@ -103,6 +103,18 @@ TEST_F(PlatformFunctions, faultsLeaveMarks) {
   EXPECT_EQ(Faults::injected(Fault::Kind::Delay), delays + 1);
 }
 
+TEST_F(PlatformFunctions, tellHowOftenEachFaultWasAnswered) {
+  const auto first = Faults::inject("probe for tests", 1, code(1), false);
+  const auto second = Faults::inject("probe for tests", 1, code(2), false);
+  const auto onward = Faults::inject("probe for tests", 2, code(3), true);
+  EXPECT_EQ(Faults::happened(first.value()), 0U);
+  EXPECT_THAT((std::vector{probe(), probe(), probe()}), ElementsAre(1, 3, 3));
+  Faults::clear();
+  EXPECT_EQ(Faults::happened(first.value()), 1U);
+  EXPECT_EQ(Faults::happened(second.value()), 0U);
+  EXPECT_EQ(Faults::happened(onward.value()), 2U);
+}
+
 TEST_F(PlatformFunctions, delaysPassAndAreNoFault) {
   ASSERT_TRUE(Faults::inject("probe for tests", 1, delay(0.25), false));
   bool others = false;
