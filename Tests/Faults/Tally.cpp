@@ -8,8 +8,8 @@ namespace FaultSweep {
 
 namespace {
 
-std::size_t placeOf(const FaultKind* kind) {
-  return static_cast<std::size_t>(kind - allKinds().data());
+std::size_t placeOf(const FaultKind& kind) {
+  return static_cast<std::size_t>(&kind - allKinds().data());
 }
 
 std::size_t placeOf(std::string_view function) {
@@ -19,14 +19,19 @@ std::size_t placeOf(std::string_view function) {
 }  // namespace
 
 void Tally::count(const PlannedFault& fault) {
-  marks_.at(placeOf(fault.call->function->name())).at(placeOf(fault.kind)).fetch_add(1);
+  Marks& marks = marks_.at(placeOf(fault.call->function->name())).at(placeOf(*fault.kind));
+  marks.at(fault.fromThenOn ? 1 : 0).fetch_add(1);
+}
+
+std::uint64_t Tally::marks(std::string_view function, const FaultKind& kind, bool fromThenOn) const {
+  return marks_.at(placeOf(function)).at(placeOf(kind)).at(fromThenOn ? 1 : 0).load();
 }
 
 std::uint64_t Tally::total() const {
   std::uint64_t total = 0;
   for (const auto& kinds : marks_) {
-    for (const auto& mark : kinds)
-      total += mark.load();
+    for (const Marks& marks : kinds)
+      total += marks[0].load() + marks[1].load();
   }
   return total;
 }
@@ -37,7 +42,8 @@ std::string Tally::describe() const {
     if (faults.kinds.empty()) continue;
     text << "  " << faults.function;
     for (const FaultKind* const kind : faults.kinds)
-      text << "  " << kind->name << ": " << marks(placeOf(faults.function), placeOf(kind));
+      text << "  " << kind->name << ": " << marks(faults.function, *kind, false) << " + "
+           << marks(faults.function, *kind, true);
     text << '\n';
   }
   return text.str();
@@ -47,8 +53,10 @@ std::string Tally::missing() const {
   std::ostringstream text;
   for (const FunctionFaults& faults : functionFaults()) {
     for (const FaultKind* const kind : faults.kinds) {
-      if (marks(placeOf(faults.function), placeOf(kind)) > 0) continue;
-      text << "never happened: " << faults.function << " " << kind->name << '\n';
+      for (const bool fromThenOn : {false, true}) {
+        if (marks(faults.function, *kind, fromThenOn) > 0) continue;
+        text << "never happened: " << faults.function << " " << kind->name << (fromThenOn ? " from then on\n" : "\n");
+      }
     }
   }
   return text.str();

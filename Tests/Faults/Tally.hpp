@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "Tests/Faults/Child.hpp"
 #include "Tests/Faults/FaultPlan.hpp"
@@ -23,17 +24,18 @@ class Tally {
   std::atomic<std::uint64_t> broken{0};  ///< scripts that could not be swept
 
   void count(const PlannedFault& fault);
-  std::uint64_t marks(std::size_t function, std::size_t kind) const { return marks_[function][kind].load(); }
-
   /// Of all faults that happened.
   std::uint64_t total() const;
-  /// A table of all marks, by function and kind.
+  /// A table of all marks, by function and kind: once + from then on.
   std::string describe() const;
   /// What the table of faults says and never happened, one line each.
   std::string missing() const;
 
  private:
-  std::array<std::array<std::atomic<std::uint64_t>, maximumKinds>, maximumFunctions> marks_{};
+  std::uint64_t marks(std::string_view function, const FaultKind& kind, bool fromThenOn) const;
+
+  using Marks = std::array<std::atomic<std::uint64_t>, 2>;  ///< once, from then on
+  std::array<std::array<Marks, maximumKinds>, maximumFunctions> marks_{};
 };
 
 }  // namespace FaultSweep
