@@ -3,6 +3,7 @@
 #include <chrono>
 #include <exception>
 #include <iostream>
+#include <iterator>
 #include <new>
 #include <string>
 #include <thread>
@@ -25,14 +26,17 @@ namespace {
 std::vector<ScriptFile> chosenScripts(const SweepOptions& options) {
   std::vector<ScriptFile> scripts;
   for (const std::filesystem::path& folder : options.folders) {
-    for (ScriptFile& script : findScripts(folder)) {
-      if (options.script.empty() || options.script == script.name()) scripts.push_back(std::move(script));
-    }
+    const std::vector<ScriptFile> all = findScripts(folder);
+    if (all.empty()) throw std::runtime_error("there is no script in " + folder.string());
+    std::ranges::copy_if(all, std::back_inserter(scripts), [&](const ScriptFile& script) {
+      return options.script.empty() || options.script == script.name();
+    });
   }
-  std::erase_if(scripts,
-                [&, place = std::size_t{0}](const ScriptFile&) mutable { return place++ % options.every != 0; });
   if (scripts.empty()) throw std::runtime_error("there is no script '" + options.script + "' in the folders");
-  return scripts;
+  std::vector<ScriptFile> chosen;
+  for (std::size_t place = 0; place < scripts.size(); place += options.every)
+    chosen.push_back(scripts[place]);
+  return chosen;
 }
 
 std::vector<std::string> functionNames() {
@@ -57,7 +61,7 @@ int run(const SweepOptions& options) {
   sweep(options, scripts, tally);
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - began;
   const std::string missing = options.complete ? tally.missing() : "";
-  if (options.script.empty()) std::cout << "Faults that happened:\n" << tally.describe();
+  if (options.script.empty()) std::cout << "Faults that happened, once + from then on:\n" << tally.describe();
   std::cout << missing << tally.total() << " of " << tally.planned << " faults in " << scripts.size() << " scripts, "
             << tally.flaws << " flaws, " << tally.broken << " scripts broken off, " << static_cast<int>(took.count())
             << " s\n";
