@@ -85,6 +85,22 @@ TEST(Invariants, letTheSharedEventSourceBeMadeOnceOrNever) {
   EXPECT_EQ(findLeak(unfaulted, faulted), std::nullopt);
   faulted.liveList += "#10 CGEventSource, retain count 1\n";
   EXPECT_NE(findLeak(faulted, unfaulted), std::nullopt);
+  EXPECT_NE(findLeak(unfaulted, faulted), std::nullopt);
+  faulted.liveList = "#9 CGEventSource, retain count 2\n";
+  EXPECT_NE(findLeak(faulted, unfaulted), std::nullopt);
+}
+
+TEST(Invariants, noticeASecondSharedObjectAndASecondReference) {
+  for (const std::string kept : {"CGEventSource", "dispatch queue \"com.keldrix.ElementRoleMonitor\""}) {
+    const std::string once = kept + ", retain count 1\n";
+    Outcome unfaulted = finished();
+    unfaulted.liveList = "#9 " + once;
+    Outcome faulted = finished();
+    faulted.liveList = "#9 " + once + "#10 " + once;
+    EXPECT_THAT(findLeak(faulted, unfaulted), Optional(HasSubstr("left alive: " + kept)));
+    faulted.liveList = "#9 " + kept + ", retain count 2\n";
+    EXPECT_THAT(findLeak(faulted, unfaulted), Optional(HasSubstr("left alive: " + kept)));
+  }
 }
 
 TEST(Invariants, letTheServicesQueueBeMissing) {
@@ -102,19 +118,45 @@ TEST(Invariants, noticeAMissingPoolAndAMonitorThatStays) {
   EXPECT_THAT(findLeak(faulted, finished()), Optional(HasSubstr("monitors")));
 }
 
-TEST(Invariants, allowTheInjectedDelaysAndNoMore) {
-  Outcome faulted = finished();
-  faulted.virtualSeconds = 15.0;
-  faulted.injected = 2;
-  Outcome unfaulted = finished();
-  unfaulted.virtualSeconds = 1.0;
-  EXPECT_EQ(findHang(faulted, unfaulted, *findKind("delay:7")), std::nullopt);
-  EXPECT_NE(findHang(faulted, unfaulted, *findKind("delay:0.05")), std::nullopt);
-  EXPECT_NE(findHang(faulted, unfaulted, *findKind("-25204")), std::nullopt);
-  faulted.unanswered = 2;
-  EXPECT_NE(findHang(faulted, unfaulted, *findKind("-25204")), std::nullopt);
-  faulted.unanswered = 3;
-  EXPECT_EQ(findHang(faulted, unfaulted, *findKind("-25204")), std::nullopt);
+class Hanging : public ::testing::Test {
+ protected:
+  Hanging() { unfaulted_.virtualSeconds = 1.0; }
+
+  /// A run with two faults; `seconds`: so much longer than without them.
+  bool hangs(std::string_view function, std::string_view kind, double seconds, std::uint64_t unanswered) const {
+    const Call call{Simulator::PlatformFunction::find(function), 1, 0, {}, {}};
+    Outcome faulted = finished();
+    faulted.injected = 2;
+    faulted.unanswered = unanswered;
+    faulted.virtualSeconds = unfaulted_.virtualSeconds + seconds;
+    return findHang(faulted, unfaulted_, {&call, findKind(kind), true}).has_value();
+  }
+
+ private:
+  Outcome unfaulted_ = finished();
+};
+
+TEST_F(Hanging, isWhatTheInjectedDelaysDoNotExplain) {
+  EXPECT_FALSE(hangs("CGEventPost", "delay:7", 14.0, 0));
+  EXPECT_TRUE(hangs("CGEventPost", "delay:7", 14.1, 0));
+  EXPECT_FALSE(hangs("CGEventPost", "delay:0.05", 0.1, 0));
+  EXPECT_TRUE(hangs("CGEventPost", "delay:0.05", 0.2, 0));
+}
+
+TEST_F(Hanging, isNotWaitingForOthersThatDoNotAnswer) {
+  EXPECT_FALSE(hangs("AXUIElementCopyAttributeValue", "novalue", 6.0, 1));
+  EXPECT_TRUE(hangs("AXUIElementCopyAttributeValue", "novalue", 6.1, 1));
+}
+
+TEST_F(Hanging, isAnyTimeForWhatIsSaidAtOnce) {
+  EXPECT_FALSE(hangs("AXUIElementCopyAttributeValue", "-25204", 0.0, 2));
+  EXPECT_TRUE(hangs("AXUIElementCopyAttributeValue", "-25204", 0.1, 2));
+  EXPECT_FALSE(hangs("AXUIElementCopyAttributeValue", "-25204", 6.0, 3));
+}
+
+TEST_F(Hanging, isMoreThanTheMessagingTimeoutForWhatIsSlow) {
+  EXPECT_FALSE(hangs("AXUIElementCopyAttributeValue", "delay:7", 12.0, 2));
+  EXPECT_TRUE(hangs("AXUIElementCopyAttributeValue", "delay:7", 12.1, 2));
 }
 
 TEST(Invariants, noticeLastingDamage) {

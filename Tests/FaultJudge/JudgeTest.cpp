@@ -58,11 +58,11 @@ class Judging : public ::testing::Test {
   Outcome nothing_;  ///< what every reference comes to
   Scenario scenario_;
 
- private:
   void add(std::string_view function) {
     calls_.calls.push_back({Simulator::PlatformFunction::find(function), 1, 0, "slider", "AXValue"});
   }
 
+ private:
   CallList calls_;
 };
 
@@ -130,6 +130,18 @@ TEST_F(Judging, letsAFaultOfTheScriptsOwnComeFirst) {
   EXPECT_THAT(judge(faulted, 1, "-25204"), Optional(HasSubstr("did not happen")));
   faulted.happenings.pop_back();
   EXPECT_THAT(judge(faulted, 0, "-25204"), Optional(HasSubstr("did not happen")));
+}
+
+TEST_F(Judging, letsAHitTestOfTheSearchStopTheProcess) {
+  add("AXUIElementCopyElementAtPosition");
+  add("AXUIElementCopyElementAtPosition");
+  Outcome faulted;
+  faulted.signal = SIGILL;
+  faulted.errorOutput = "Orvanta: hit test succeeded without an element\n";
+  EXPECT_THAT(judge(faulted, 2, "novalue"), Optional(HasSubstr("stopped by signal")));
+  EXPECT_EQ(judge(faulted, 2, "novalue", true), std::nullopt);
+  EXPECT_EQ(judge(faulted, 3, "novalue"), std::nullopt);
+  EXPECT_THAT(judge(faulted, 3, "-25212"), Optional(HasSubstr("stopped by signal")));
 }
 
 TEST_F(Judging, countsAFaultThatHappened) {

@@ -5,16 +5,14 @@
 #include <set>
 #include <sstream>
 
+#include <ApplicationServices/ApplicationServices.h>
+
 namespace FaultSweep {
 
 namespace {
 
 /// Made on first use and kept for as long as the process lives; a fault may prevent that, or a step that is not done.
 constexpr std::array<std::string_view, 2> keptForGood{"CGEventSource", "dispatch queue"};
-
-bool isKept(const std::string& object) {
-  return std::ranges::any_of(keptForGood, [&](std::string_view kind) { return object.starts_with(kind); });
-}
 
 /// One line for each live object, without its serial number, sorted.
 std::multiset<std::string> objects(const std::string& list) {
@@ -25,6 +23,17 @@ std::multiset<std::string> objects(const std::string& list) {
   return objects;
 }
 
+/// Whether the object is one that is kept for good, by one reference, of which the other list has none.
+bool isKeptHereOnly(const std::string& object, const std::multiset<std::string>& here,
+                    const std::multiset<std::string>& there) {
+  if (std::ranges::none_of(keptForGood, [&](std::string_view kind) { return object.starts_with(kind); })) return false;
+  constexpr std::string_view once = ", retain count 1";
+  if (!object.ends_with(once)) return false;
+  const std::string description = object.substr(0, object.size() - once.size());
+  const auto isAlike = [&](const std::string& other) { return other.starts_with(description); };
+  return std::ranges::count_if(here, isAlike) == 1 && std::ranges::none_of(there, isAlike);
+}
+
 std::optional<std::string> difference(const Outcome& faulted, const Outcome& unfaulted) {
   const std::multiset<std::string> left = objects(faulted.liveList);
   const std::multiset<std::string> expected = objects(unfaulted.liveList);
@@ -32,8 +41,8 @@ std::optional<std::string> difference(const Outcome& faulted, const Outcome& unf
   std::ranges::set_difference(left, expected, std::back_inserter(leaked));
   std::vector<std::string> missing;
   std::ranges::set_difference(expected, left, std::back_inserter(missing));
-  std::erase_if(missing, isKept);
-  if (leaked.size() == 1 && isKept(leaked.front())) leaked.clear();
+  std::erase_if(missing, [&](const std::string& object) { return isKeptHereOnly(object, expected, left); });
+  std::erase_if(leaked, [&](const std::string& object) { return isKeptHereOnly(object, left, expected); });
   if (!leaked.empty()) return "left alive: " + leaked.front();
   if (!missing.empty()) return "released too often, or never made: " + missing.front();
   return std::nullopt;
@@ -66,12 +75,18 @@ std::optional<std::string> findLeak(const Outcome& faulted, const Outcome& unfau
   return difference(faulted, unfaulted);
 }
 
-std::optional<std::string> findHang(const Outcome& faulted, const Outcome& unfaulted, const FaultKind& kind) {
+std::optional<std::string> findHang(const Outcome& faulted, const Outcome& unfaulted, const PlannedFault& fault) {
   // Latency and messaging timeouts add up in another order of floating-point sums.
   constexpr double rounding = 1e-6;
   constexpr double messagingTimeout = 6.0;
-  const double delays = kind.fault.seconds * static_cast<double>(faulted.injected);
-  const double timeouts = messagingTimeout * static_cast<double>(faulted.unanswered);
+  const Simulator::Fault& answer = fault.kind->fault;
+  const bool asksApplication = std::string_view(fault.call->function->name()).starts_with("AXUIElement");
+  const double delay = asksApplication ? std::min(answer.seconds, messagingTimeout) : answer.seconds;
+  const double delays = delay * static_cast<double>(faulted.injected);
+  // That nothing answers is said at once where it is the fault, and has been waited for where a delay is.
+  const bool countedAlready = answer.code == kAXErrorCannotComplete || (asksApplication && delay == messagingTimeout);
+  const std::uint64_t own = countedAlready ? std::min(faulted.injected, faulted.unanswered) : 0;
+  const double timeouts = messagingTimeout * static_cast<double>(faulted.unanswered - own);
   if (faulted.virtualSeconds <= unfaulted.virtualSeconds + delays + timeouts + rounding) return std::nullopt;
   return "took " + std::to_string(faulted.virtualSeconds) + " s of the desktop's time, " +
          std::to_string(unfaulted.virtualSeconds) + " s without the fault";

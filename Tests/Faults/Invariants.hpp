@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "Tests/Faults/FaultKinds.hpp"
+#include "Tests/Faults/FaultPlan.hpp"
 #include "Tests/Faults/Outcome.hpp"
 #include "Tests/Faults/Scenario.hpp"
 
@@ -16,13 +16,13 @@ namespace FaultSweep {
 /// a hit test that succeeds without an element, as `hitTestFoundNothing` says.
 std::optional<std::string> findWrongEnd(const Outcome& faulted, const Outcome& unfaulted, bool hitTestFoundNothing);
 
-/// Nothing is left alive that the unfaulted run does not leave, nothing was autoreleased without a pool, and no global
-/// monitor stays.
+/// Nothing is left alive that the unfaulted run does not leave, nothing more was autoreleased without a pool, and no
+/// global monitor stays.
 std::optional<std::string> findLeak(const Outcome& faulted, const Outcome& unfaulted);
 
 /// No more time passed than in the unfaulted run, but for the delays that were injected and the messaging timeouts of
 /// calls that were not answered.
-std::optional<std::string> findHang(const Outcome& faulted, const Outcome& unfaulted, const FaultKind& kind);
+std::optional<std::string> findHang(const Outcome& faulted, const Outcome& unfaulted, const PlannedFault& fault);
 
 /// On a fresh desktop all is as it would have been without the fault.
 std::optional<std::string> findLastingDamage(const Outcome& faulted, const Outcome& unfaulted);

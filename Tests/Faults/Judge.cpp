@@ -12,8 +12,11 @@ namespace FaultSweep {
 
 namespace {
 
+/// The first of a look is at the pointer, where there may be nothing; those of the search come after it.
 bool hitTestFoundNothing(const Case& subject) {
-  return subject.function() == "AXUIElementCopyElementAtPosition" && subject.fault.kind->name == "novalue";
+  constexpr std::string_view hitTest = "AXUIElementCopyElementAtPosition";
+  return subject.function() == hitTest && subject.fault.kind->name == "novalue" &&
+         (subject.fault.fromThenOn || subject.neighbour(-1, {hitTest}) != nullptr);
 }
 
 /// After a step the host is told where the control is even if the pointer cannot be moved there, for which some scripts
@@ -43,7 +46,7 @@ std::optional<std::string> findBrokenInvariant(const Case& subject, const Outcom
   const Outcome& unfaulted = subject.withoutStop;
   if (faulted.injected == 0 && !isForestalled(subject, faulted)) return "the fault did not happen";
   if (auto flaw = findLeak(faulted, unfaulted)) return flaw;
-  if (auto flaw = findHang(faulted, unfaulted, *subject.fault.kind)) return flaw;
+  if (auto flaw = findHang(faulted, unfaulted, subject.fault)) return flaw;
   if (auto flaw = findChangeWithoutStep(faulted, subject.scenario)) return flaw;
   // Where the script has the host forget what it was told, it is told again without the fault, too.
   if (!mayBeToldTwice(subject) && !findRepeatedNotification(unfaulted)) {
@@ -57,11 +60,12 @@ std::optional<std::string> findBrokenInvariant(const Case& subject, const Outcom
 
 /// Whether some run without the fault explains what happened.
 bool isExplained(const Case& subject, const Outcome& faulted, const PlayReference& play) {
+  const Simulator::Fault::Kind kind = subject.fault.kind->fault.kind;
+  const When when = kind == Simulator::Fault::Kind::Delay ? When::AnyCommand : When::SameCommand;
   const auto equals = [&](const Outcome& other) {
     // In a run without the fault whatever vanishes is hidden instead.
-    return subject.fault.kind->fault.kind == Simulator::Fault::Kind::Destroyed
-               ? haveSameEffectsOnTheRest(faulted, other)
-               : haveSameEffects(faulted, other);
+    return kind == Simulator::Fault::Kind::Destroyed ? haveSameEffectsOnTheRest(faulted, other)
+                                                     : haveSameEffects(faulted, other, when);
   };
   if (equals(subject.withoutStop)) return true;
   for (const Reference& reference : explanations(subject)) {

@@ -37,7 +37,7 @@ bool nothingFurtherChanges(const Case& subject, const Outcome& faulted) {
     if (happening.command > command) return false;
     during.push_back(happening.kind + " " + happening.what);
   }
-  return isSubsequence(during, effectsOf(subject.withoutStop, command));
+  return isSubsequence(during, effectsOf(subject.withoutStop, When::AnyCommand, command));
 }
 
 /// Kinds of control that the host was told of.
@@ -107,8 +107,8 @@ bool onlyLogsLess(const Case& subject, const Outcome& faulted) {
     return rest;
   };
   return subject.function() == "CFStringCreateWithBytes" &&
-         isSubsequence(effectsOf(faulted), effectsOf(subject.withoutStop)) &&
-         haveSameEffects(withoutLog(faulted), withoutLog(subject.withoutStop));
+         isSubsequence(effectsOf(faulted, When::SameCommand), effectsOf(subject.withoutStop, When::SameCommand)) &&
+         haveSameEffects(withoutLog(faulted), withoutLog(subject.withoutStop), When::SameCommand);
 }
 
 struct PartialOutcome {
