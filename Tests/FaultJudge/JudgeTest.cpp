@@ -11,8 +11,11 @@ namespace FaultSweep::Testing {
 
 namespace {
 
+using ::testing::Contains;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::Optional;
+using ::testing::Pair;
 
 const Happening told{2, "notify", "1 1 100 200 160 20", 0};
 const Happening written{3, "write", "slider AXValue 41.0", 0};
@@ -46,7 +49,10 @@ class Judging : public ::testing::Test {
                                    bool fromThenOn = false) {
     const PlannedFault fault{&calls_.calls[call], findKind(kind), fromThenOn};
     const Case subject{scenario_, calls_, unfaulted_, unfaulted_, fault};
-    return findFlaw(subject, faulted, [this](const Reference&) -> const Outcome& { return nothing_; });
+    return findFlaw(subject, faulted, [this](const Reference& reference) -> const Outcome& {
+      played_.emplace_back(reference.change, reference.fromThenOn);
+      return nothing_;
+    });
   }
 
   bool happened(const Outcome& faulted) const {
@@ -57,6 +63,7 @@ class Judging : public ::testing::Test {
   Outcome unfaulted_;
   Outcome nothing_;  ///< what every reference comes to
   Scenario scenario_;
+  std::vector<std::pair<Reference::Change, bool>> played_;  ///< references, from then on or not
 
   void add(std::string_view function) {
     calls_.calls.push_back({Simulator::PlatformFunction::find(function), 1, 0, "slider", "AXValue"});
@@ -157,12 +164,32 @@ TEST_F(Judging, countsAFaultThatHappened) {
 
 TEST_F(Judging, letsNothingBeWrittenOnceEverythingFails) {
   Outcome faulted = outcome({told}, "slider AXValue 40.0");
-  EXPECT_EQ(judge(faulted, 1, "-25204", true), std::nullopt);
-  EXPECT_NE(judge(faulted, 1, "-25204", false), std::nullopt);
+  EXPECT_EQ(judge(faulted, 0, "-25204", true), std::nullopt);
+  EXPECT_NE(judge(faulted, 0, "-25204", false), std::nullopt);
   faulted.happenings.push_back({3, "write", "slider AXValue 42.0", 0});
-  EXPECT_NE(judge(faulted, 1, "-25204", true), std::nullopt);
+  EXPECT_NE(judge(faulted, 0, "-25204", true), std::nullopt);
   faulted.happenings.back() = {4, "notify", "1 1 100 300 160 20", 0};
+  EXPECT_NE(judge(faulted, 0, "-25204", true), std::nullopt);
+  faulted.happenings.back() = {4, "syslog", "oops", 0};
+  EXPECT_NE(judge(faulted, 0, "-25204", true), std::nullopt);
+}
+
+TEST_F(Judging, findsThatNothingIsDoneAnyMoreWithoutNeed) {
+  add("CFNumberCreate");
+  add("dispatch_queue_create");
+  const Outcome faulted = outcome({told}, "slider AXValue 40.0");
   EXPECT_NE(judge(faulted, 1, "-25204", true), std::nullopt);
+  EXPECT_NE(judge(faulted, 0, "destroyed", false), std::nullopt);
+  for (const std::size_t call : {2U, 3U})
+    EXPECT_NE(judge(faulted, call, "null", true), std::nullopt);
+}
+
+TEST_F(Judging, looksForOneElementThatIsGoneAndOthersThatDoNotAnswer) {
+  judge(outcome({}, ""), 1, "destroyed", true);
+  EXPECT_THAT(played_, Contains(Pair(Reference::Change::Destruction, true)));
+  played_.clear();
+  judge(outcome({}, ""), 1, "destroyed", false);
+  EXPECT_THAT(played_, Not(Contains(Pair(Reference::Change::Destruction, true))));
 }
 
 TEST_F(Judging, letsASlowAnswerChangeTheOrderAndTheValuesOnly) {

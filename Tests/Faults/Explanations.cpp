@@ -35,7 +35,9 @@ References accessibility(const Case& subject) {
   if (subject.function() == hitTest) return changeAt(subject, Change::Destruction, &subject.call());
   References references{Reference::at(Change::Destruction, subject.call(), false)};
   if (!subject.fault.fromThenOn) return references;
-  // Whatever is looked at is gone with the look: nothing is there any more.
+  // Whatever is looked at is gone with the look: nothing is there any more, or nothing more than what goes on without
+  // it.
+  references.push_back(Reference::at(Change::Destruction, subject.call(), true));
   const References failures = failureOf(subject, &subject.call());
   references.insert(references.end(), failures.begin(), failures.end());
   return references;

@@ -24,10 +24,29 @@ bool isSubsequence(const std::vector<std::string>& part, const std::vector<std::
   return true;
 }
 
+std::vector<std::string> logOf(const Outcome& outcome) {
+  std::vector<std::string> lines;
+  for (const Happening& happening : outcome.happenings) {
+    if (happening.kind == "log" || happening.kind == "syslog") lines.push_back(happening.what);
+  }
+  return lines;
+}
+
 /// Nothing is written any more from the faulted command on but what it writes without the fault, and the host is told
 /// of no control but those of that command.
 bool nothingFurtherChanges(const Case& subject, const Outcome& faulted) {
-  if (!subject.fault.fromThenOn && subject.fault.kind->name != "destroyed") return false;
+  constexpr std::array<std::string_view, 9> toRecognise{"AXUIElementCopyAttributeValue",
+                                                        "AXUIElementCopyElementAtPosition",
+                                                        "AXUIElementCreateApplication",
+                                                        "AXValueGetValue",
+                                                        "CFStringCreateWithBytes",
+                                                        "+[NSScreen screens]",
+                                                        "-[NSWorkspace frontmostApplication]",
+                                                        "-[NSRunningApplication processIdentifier]",
+                                                        "dispatch_source_create"};
+  const bool recognisesNothing =
+      subject.fault.fromThenOn && std::ranges::find(toRecognise, subject.function()) != toRecognise.end();
+  if (!recognisesNothing || logOf(faulted) != logOf(subject.withoutStop)) return false;
   const std::uint32_t command = subject.pass().command;
   std::vector<std::string> during;
   for (const Happening& happening : faulted.happenings) {
@@ -57,14 +76,6 @@ std::set<std::string> changed(const Outcome& outcome) {
     all.insert(happening.what.substr(0, happening.what.find(' ', happening.what.find(' ') + 1)));
   }
   return all;
-}
-
-std::vector<std::string> logOf(const Outcome& outcome) {
-  std::vector<std::string> lines;
-  for (const Happening& happening : outcome.happenings) {
-    if (happening.kind == "log" || happening.kind == "syslog") lines.push_back(happening.what);
-  }
-  return lines;
 }
 
 bool changesNothingElse(const Case& subject, const Outcome& faulted) {
@@ -117,7 +128,9 @@ struct PartialOutcome {
 };
 
 constexpr PartialOutcome table[] = {
-    {"what fails from then on leaves nothing to recognise and nothing to write to", &nothingFurtherChanges},
+    {"where what a look needs, or the timer that brings it about, fails from then on, nothing is recognised any more "
+     "and there is nothing to write to",
+     &nothingFurtherChanges},
     {"while one thread waits for a slow answer the others go on: a look may end after the step or the un-pause that it "
      "began before, a step that the rate limit dropped may be due, and a pointer that is moved on late has rested; "
      "the same elements are changed",

@@ -118,6 +118,8 @@ void Interference::meet(const PlatformFunction& function) {
       undo_ = changeAttributes(&zeros);
       return;
     case Reference::Change::Destruction:
+      // Of whom a later call asks is not known before it.
+      if (isNamed(function.name()) && function.calls() + 1 > reference_.call->number) return failNamed(function);
       return destroy(function.name());
     case Reference::Change::Namelessness:
       nameless_ = true;

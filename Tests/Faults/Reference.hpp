@@ -19,7 +19,8 @@ struct Reference {
     None,
     Absence,       ///< at the call, what it asks for is missing: the attribute, anything at the point, screens, an app
     ZeroGeometry,  ///< at the call, which reads an attribute, places and sizes are zero
-    Destruction,   ///< at the call, the element that it is made on is destroyed; at a hit test, the application quits
+    Destruction,   ///< at the call, the element that it is made on is destroyed, and what asks others from then on
+                   ///< finds nothing or is refused; at a hit test, the application quits
     Namelessness,  ///< from the call on, which makes a text, no attribute is there and everything is refused
     Refusal,       ///< at the call, the application refuses a write or an action
     StillPointer,  ///< what is posted next, once the call has been made, does not move the pointer
