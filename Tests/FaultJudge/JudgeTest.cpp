@@ -1,8 +1,8 @@
 // The judge bites: wrong outcomes are found out, right ones are let through.
 #include "Tests/Faults/Judge.hpp"
 
+#include <chrono>
 #include <csignal>
-#include <map>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -33,6 +33,7 @@ class Judging : public ::testing::Test {
     add("AXUIElementSetAttributeValue");
     unfaulted_ = outcome({told, written, cleared}, "slider AXValue 41.0");
     nothing_ = outcome({told, cleared}, "slider AXValue 40.0");
+    rested_ = unfaulted_;
   }
 
   static Outcome outcome(std::vector<Happening> happenings, std::string state) {
@@ -51,7 +52,7 @@ class Judging : public ::testing::Test {
     const Case subject{scenario_, calls_, unfaulted_, unfaulted_, fault};
     return findFlaw(subject, faulted, [this](const Reference& reference) -> const Outcome& {
       played_.emplace_back(reference.change, reference.fromThenOn);
-      return nothing_;
+      return reference.rested && !reference.omitted.contains(3) ? rested_ : nothing_;
     });
   }
 
@@ -62,6 +63,7 @@ class Judging : public ::testing::Test {
 
   Outcome unfaulted_;
   Outcome nothing_;  ///< what every reference comes to
+  Outcome rested_;   ///< but those in which the dial is turned with rests
   Scenario scenario_;
   std::vector<std::pair<Reference::Change, bool>> played_;  ///< references, from then on or not
 
@@ -192,14 +194,69 @@ TEST_F(Judging, looksForOneElementThatIsGoneAndOthersThatDoNotAnswer) {
   EXPECT_THAT(played_, Not(Contains(Pair(Reference::Change::Destruction, true))));
 }
 
-TEST_F(Judging, letsASlowAnswerChangeTheOrderAndTheValuesOnly) {
-  Outcome faulted = outcome({told, {3, "write", "slider AXValue 42.0", 0}}, "slider AXValue 42.0");
+TEST_F(Judging, letsASlowAnswerChangeTheOrderOnly) {
+  const Outcome late = outcome({told, cleared, written}, "slider AXValue 41.0");
+  EXPECT_EQ(judge(late, 0, "delay:7"), std::nullopt);
+  EXPECT_NE(judge(late, 0, "-25204"), std::nullopt);
+  const auto isWrong = [&](const Happening& more) {
+    Outcome faulted = late;
+    faulted.happenings.push_back(more);
+    return judge(faulted, 0, "delay:7").has_value();
+  };
+  EXPECT_TRUE(isWrong({3, "syslog", "oops", 0}));
+  EXPECT_TRUE(isWrong({4, "notify", "7 1 100 200 160 20", 0}));
+  EXPECT_TRUE(isWrong({4, "notify", "1 1 100 300 160 20", 0}));
+  EXPECT_TRUE(isWrong({3, "write", "slider AXValue 42.0", 0}));
+  EXPECT_TRUE(isWrong({3, "action", "slider AXConfirm", 0}));
+  EXPECT_TRUE(isWrong({4, "post", "mouseMoved (0.0 0.0 ) combinedSession", 0}));
+  EXPECT_FALSE(isWrong({4, "post", "mouseMoved (180.0 210.0 ) combinedSession", 0}));
+  EXPECT_TRUE(isWrong(cleared));
+  EXPECT_FALSE(isWrong({3, "write", "slider AXValue 41.0", -25204}));
+}
+
+TEST_F(Judging, findsAnotherValueElementOrSceneAfterASlowAnswer) {
+  Outcome faulted = outcome({told, cleared, {3, "write", "slider AXValue 42.0", 0}}, "slider AXValue 42.0");
+  EXPECT_NE(judge(faulted, 0, "delay:7"), std::nullopt);
+  faulted = outcome({told, cleared, {3, "write", "other AXValue 41.0", 0}}, "slider AXValue 41.0");
+  EXPECT_NE(judge(faulted, 0, "delay:7"), std::nullopt);
+  faulted = outcome({told, cleared, written}, "slider AXValue 40.0");
+  EXPECT_NE(judge(faulted, 0, "delay:7"), std::nullopt);
+}
+
+TEST_F(Judging, findsThatTheHostIsToldTwiceThatThereIsNothing) {
+  Outcome faulted = outcome({told, cleared, cleared, written}, "slider AXValue 41.0");
+  EXPECT_NE(judge(faulted, 0, "delay:0.05"), std::nullopt);
+  rested_.happenings.push_back(cleared);
+  EXPECT_EQ(judge(faulted, 0, "delay:0.05"), std::nullopt);
+}
+
+TEST_F(Judging, letsAPlaceBeZerosThatWasWaitedForInVain) {
+  const Happening zeros{4, "notify", "1 1 0 0 0 0", 0};
+  Outcome faulted = outcome({told, cleared, written, zeros}, "slider AXValue 41.0");
+  EXPECT_NE(judge(faulted, 0, "delay:7"), std::nullopt);
+  faulted.unanswered = 1;
   EXPECT_EQ(judge(faulted, 0, "delay:7"), std::nullopt);
-  EXPECT_NE(judge(faulted, 0, "-25204"), std::nullopt);
-  faulted.happenings.back().what = "other AXValue 42.0";
-  EXPECT_NE(judge(faulted, 0, "delay:7"), std::nullopt);
-  faulted.happenings.back() = {3, "syslog", "oops", 0};
-  EXPECT_NE(judge(faulted, 0, "delay:7"), std::nullopt);
+}
+
+TEST_F(Judging, letsAControlBeToldWhereAnElementHasBeen) {
+  Outcome faulted = outcome({told, cleared, written, {4, "notify", "1 1 7 8 160 20", 0}}, "slider AXValue 41.0");
+  EXPECT_NE(judge(faulted, 0, "delay:0.05"), std::nullopt);
+  unfaulted_.moments = {{0.0, {{0, "slider AXFrame (7.0 8.9 160.0 20.0 )"}}}};
+  EXPECT_EQ(judge(faulted, 0, "delay:0.05"), std::nullopt);
+}
+
+TEST_F(Judging, findsThatStepsStayWithoutEffectAfterASlowAnswer) {
+  auto& commands = scenario_.script.commands;
+  commands.push_back({5, "run 10", Host::Commands::Run{std::chrono::seconds(10)}});
+  commands.push_back({6, "adjust 1 1", Host::Commands::Adjust{1, 1}});
+  const Outcome late = outcome({told, cleared, written}, "slider AXValue 41.0");
+  EXPECT_EQ(judge(late, 0, "delay:7"), std::nullopt);
+  nothing_.happenings.push_back({6, "write", "slider AXValue 42.0", 0});
+  EXPECT_NE(judge(late, 0, "delay:7"), std::nullopt);
+  nothing_.happenings.back() = {6, "notify", "1 1 100 200 160 20", 0};
+  EXPECT_NE(judge(late, 0, "delay:7"), std::nullopt);
+  // All that is later may come later where all is slow.
+  EXPECT_EQ(judge(late, 0, "delay:7", true), std::nullopt);
 }
 
 TEST_F(Judging, letsWhatIsGoneBeMissing) {

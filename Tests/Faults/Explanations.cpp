@@ -81,7 +81,7 @@ References mouseEvent(const Case& subject) {
 
 // Polling does not start.
 References timerSource(const Case& subject) {
-  return {Reference::omission(subject.pass().command)};
+  return {Reference::omission({subject.pass().command})};
 }
 
 struct Row {

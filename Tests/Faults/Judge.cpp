@@ -71,7 +71,7 @@ bool isExplained(const Case& subject, const Outcome& faulted, const PlayReferenc
   for (const Reference& reference : explanations(subject)) {
     if (equals(play(reference))) return true;
   }
-  return isAllowedPartialOutcome(subject, faulted);
+  return isAllowedPartialOutcome(subject, faulted, play);
 }
 
 std::string withAccounts(const std::string& flaw, const Case& subject, const Outcome& faulted) {

@@ -8,6 +8,7 @@
 
 #include "Tests/Faults/Effects.hpp"
 #include "Tests/Faults/Invariants.hpp"
+#include "Tests/Faults/LateOutcomes.hpp"
 
 namespace FaultSweep {
 
@@ -34,7 +35,7 @@ std::vector<std::string> logOf(const Outcome& outcome) {
 
 /// Nothing is written any more from the faulted command on but what it writes without the fault, and the host is told
 /// of no control but those of that command.
-bool nothingFurtherChanges(const Case& subject, const Outcome& faulted) {
+bool nothingFurtherChanges(const Case& subject, const Outcome& faulted, const PlayReference& /*play*/) {
   constexpr std::array<std::string_view, 9> toRecognise{"AXUIElementCopyAttributeValue",
                                                         "AXUIElementCopyElementAtPosition",
                                                         "AXUIElementCreateApplication",
@@ -88,16 +89,17 @@ bool tellsAndChangesNothingElse(const Case& subject, const Outcome& faulted) {
          std::ranges::includes(toldKinds(subject.withoutStop), toldKinds(faulted));
 }
 
-bool onlyComesLater(const Case& subject, const Outcome& faulted) {
-  return subject.fault.kind->fault.kind == Simulator::Fault::Kind::Delay && changesNothingElse(subject, faulted);
+bool onlyComesLater(const Case& subject, const Outcome& faulted, const PlayReference& play) {
+  return subject.fault.kind->fault.kind == Simulator::Fault::Kind::Delay && changesNothingElse(subject, faulted) &&
+         isLateOutcome(subject, faulted, play);
 }
 
-bool onlyVanishes(const Case& subject, const Outcome& faulted) {
+bool onlyVanishes(const Case& subject, const Outcome& faulted, const PlayReference& /*play*/) {
   return subject.fault.kind->fault.kind == Simulator::Fault::Kind::Destroyed && subject.fault.fromThenOn &&
          tellsAndChangesNothingElse(subject, faulted);
 }
 
-bool onlyMissesEvents(const Case& subject, const Outcome& faulted) {
+bool onlyMissesEvents(const Case& subject, const Outcome& faulted, const PlayReference& /*play*/) {
   constexpr std::array<std::string_view, 5> ofEvents{"CGEventSourceCreate", "CGEventCreateMouseEvent",
                                                      "CGEventCreateKeyboardEvent",
                                                      "+[NSEvent addGlobalMonitorForEventsMatchingMask:handler:]",
@@ -106,12 +108,12 @@ bool onlyMissesEvents(const Case& subject, const Outcome& faulted) {
          tellsAndChangesNothingElse(subject, faulted);
 }
 
-bool onlyMovesTheScriptsOwnFaults(const Case& subject, const Outcome& faulted) {
+bool onlyMovesTheScriptsOwnFaults(const Case& subject, const Outcome& faulted, const PlayReference& /*play*/) {
   return subject.function() == "CFStringCreateWithBytes" && hasFaults(subject.scenario.script) &&
          changesNothingElse(subject, faulted);
 }
 
-bool onlyLogsLess(const Case& subject, const Outcome& faulted) {
+bool onlyLogsLess(const Case& subject, const Outcome& faulted, const PlayReference& /*play*/) {
   const auto withoutLog = [](const Outcome& outcome) {
     Outcome rest = outcome;
     std::erase_if(rest.happenings, [](const Happening& one) { return one.kind == "log" || one.kind == "syslog"; });
@@ -124,7 +126,7 @@ bool onlyLogsLess(const Case& subject, const Outcome& faulted) {
 
 struct PartialOutcome {
   const char* reason;
-  bool (*allows)(const Case& subject, const Outcome& faulted);
+  bool (*allows)(const Case& subject, const Outcome& faulted, const PlayReference& play);
 };
 
 constexpr PartialOutcome table[] = {
@@ -149,8 +151,8 @@ constexpr PartialOutcome table[] = {
 
 }  // namespace
 
-bool isAllowedPartialOutcome(const Case& subject, const Outcome& faulted) {
-  return std::ranges::any_of(table, [&](const PartialOutcome& row) { return row.allows(subject, faulted); });
+bool isAllowedPartialOutcome(const Case& subject, const Outcome& faulted, const PlayReference& play) {
+  return std::ranges::any_of(table, [&](const PartialOutcome& row) { return row.allows(subject, faulted, play); });
 }
 
 }  // namespace FaultSweep

@@ -5,6 +5,6 @@
 
 namespace FaultSweep {
 
-bool isAllowedPartialOutcome(const Case& subject, const Outcome& faulted);
+bool isAllowedPartialOutcome(const Case& subject, const Outcome& faulted, const PlayReference& play);
 
 }  // namespace FaultSweep

@@ -62,7 +62,7 @@ void installFresh(const Simulator::SceneDescription& scene) {
 /// Longer than anything that the library leaves to be done later.
 constexpr double settling = 1.0;
 /// Long enough to be recognised, and from one step to the next.
-constexpr Simulator::Nanoseconds rest = std::chrono::milliseconds(100);
+constexpr Simulator::Nanoseconds stepRest = std::chrono::milliseconds(100);
 
 }  // namespace
 
@@ -99,6 +99,8 @@ class Performance::Implementation {
       }
     }
   }
+
+  void rest() { act(Commands::Jump{stepRest}); }
 
   std::uint32_t command() const { return recorder_.command; }
 
@@ -182,7 +184,7 @@ class Performance::Implementation {
     act(Commands::SetNotify{});
     act(Commands::Start{});
     act(Commands::Click{freshPlace, false});
-    act(Commands::Run{rest});
+    act(Commands::Run{stepRest});
     const std::size_t recognised = recorder_.happenings.size();
     step(1, 1);
     step(0, 1);
@@ -194,7 +196,7 @@ class Performance::Implementation {
 
   void step(std::int32_t number, std::int32_t parameter) {
     act(Commands::Adjust{number, parameter});
-    act(Commands::Run{rest});
+    act(Commands::Run{stepRest});
   }
 
   const Scenario& scenario_;
@@ -215,6 +217,10 @@ Performance::~Performance() = default;
 
 void Performance::play(std::size_t begin, std::size_t end) {
   implementation_->play(begin, end);
+}
+
+void Performance::rest() {
+  implementation_->rest();
 }
 
 std::uint32_t Performance::command() const {

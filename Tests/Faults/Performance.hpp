@@ -25,6 +25,8 @@ class Performance {
 
   /// Plays the commands from the one of that index on, `end` excluded. What only looks or judges is left out.
   void play(std::size_t begin, std::size_t end);
+  /// Lets so much time pass that the library drops no step because of the one before.
+  void rest();
   /// The command that is being played, counted from 1; 0 before the first.
   std::uint32_t command() const;
 

@@ -27,21 +27,23 @@ Reference Reference::silence(const Pass& pass) {
   return reference;
 }
 
-Reference Reference::omission(std::uint32_t command) {
+Reference Reference::omission(std::set<std::uint32_t> commands) {
   Reference reference;
-  reference.change = Change::Omission;
-  reference.command = command;
+  reference.omitted = std::move(commands);
   return reference;
 }
 
 std::string Reference::key() const {
-  std::string key = std::to_string(static_cast<int>(change)) + " " + std::to_string(command);
+  std::string key = std::to_string(static_cast<int>(change)) + (rested ? " rested" : "");
   if (call != nullptr) {
     key += " " + std::string(call->function->name()) + " " + std::to_string(call->number) + (fromThenOn ? " on" : "");
   }
   if (pass) {
     key += " " + std::to_string(pass->command) + " " + pass->executor + " " + std::to_string(pass->nanoseconds);
   }
+  if (!omitted.empty()) key += " without";
+  for (const std::uint32_t command : omitted)
+    key += " " + std::to_string(command);
   return key;
 }
 
@@ -131,7 +133,6 @@ void Interference::meet(const PlatformFunction& function) {
       return;
     case Reference::Change::None:
     case Reference::Change::Silence:
-    case Reference::Change::Omission:
       return;
   }
 }

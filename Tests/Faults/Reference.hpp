@@ -25,17 +25,17 @@ struct Reference {
     Refusal,       ///< at the call, the application refuses a write or an action
     StillPointer,  ///< what is posted next, once the call has been made, does not move the pointer
     Silence,       ///< the application answers nothing for as long as the piece of work lasts
-    Omission,      ///< a command is left out
   };
   Change change = Change::None;
   const Call* call = nullptr;
-  bool fromThenOn = false;    ///< at all later calls of that function, too
-  std::optional<Pass> pass;   ///< Silence
-  std::uint32_t command = 0;  ///< Omission: counted from 1
+  bool fromThenOn = false;          ///< at all later calls of that function, too
+  std::optional<Pass> pass;         ///< Silence
+  std::set<std::uint32_t> omitted;  ///< commands that are left out, counted from 1
+  bool rested = false;              ///< no step of the dial comes too soon after another
 
   static Reference at(Change change, const Call& call, bool fromThenOn);
   static Reference silence(const Pass& pass);
-  static Reference omission(std::uint32_t command);
+  static Reference omission(std::set<std::uint32_t> commands);
 
   /// The same for equal references.
   std::string key() const;

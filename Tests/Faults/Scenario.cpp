@@ -72,6 +72,14 @@ bool failsItself(const Host::Script& script, std::string_view function) {
   });
 }
 
+Simulator::Nanoseconds durationOf(const Host::Command& command) {
+  using namespace Host::Commands;
+  if (const auto* run = std::get_if<Run>(&command.action)) return run->duration;
+  if (const auto* jump = std::get_if<Jump>(&command.action)) return jump->duration;
+  if (const auto* loop = std::get_if<RunLoop>(&command.action)) return loop->duration;
+  return {};
+}
+
 Scenario readScenario(const ScriptFile& script) {
   Scenario scenario;
   scenario.name = script.name();

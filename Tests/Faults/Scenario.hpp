@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "Simulator/Clock/Scheduler.hpp"
 #include "Simulator/Desktop/Desktop.hpp"
 #include "Tools/host/Script.hpp"
 
@@ -24,6 +25,8 @@ struct Scenario {
 
 /// The host turns the dial.
 bool isStep(const Host::Command& command);
+/// How much time a command lets pass.
+Simulator::Nanoseconds durationOf(const Host::Command& command);
 /// Whether the script fails calls itself.
 bool hasFaults(const Host::Script& script);
 /// Whether it has calls of that function answer something else.

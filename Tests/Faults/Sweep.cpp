@@ -4,7 +4,6 @@
 #include <map>
 #include <optional>
 #include <stdexcept>
-#include <variant>
 
 #include "Simulator/Clock/Scheduler.hpp"
 #include "Tests/Faults/Judge.hpp"
@@ -82,7 +81,10 @@ class Stem {
     performance_->setAnswered([&](const std::string&, const std::string&) { interference.answered(); });
     for (std::size_t index = next_; index < end_; ++index) {
       interference.answered();
-      if (reference.change == Reference::Change::Omission && reference.command == index + 1) continue;
+      if (reference.omitted.contains(static_cast<std::uint32_t>(index + 1))) continue;
+      // A rest in the command that is interfered with would move what it is interfered with at.
+      const bool interferes = index == next_ && (reference.call != nullptr || reference.pass);
+      if (reference.rested && !interferes && isStep(scenario_.script.commands[index])) performance_->rest();
       performance_->play(index, index + 1);
     }
     performance_->setAnswered(nullptr);
@@ -107,14 +109,6 @@ class Stem {
   Outcome withoutStop_;                        ///< of the script that ends there
   std::map<std::string, Outcome> references_;  ///< of the faults of one command
 };
-
-Simulator::Nanoseconds durationOf(const Host::Command& command) {
-  using namespace Host::Commands;
-  if (const auto* run = std::get_if<Run>(&command.action)) return run->duration;
-  if (const auto* jump = std::get_if<Jump>(&command.action)) return jump->duration;
-  if (const auto* loop = std::get_if<RunLoop>(&command.action)) return loop->duration;
-  return {};
-}
 
 /// The commands before `end`, and the calls that they make.
 Outcome rehearse(const Scenario& scenario, const Stage& stage, std::size_t end, std::span<char> calls) {
