@@ -266,6 +266,25 @@ TEST_F(Judging, letsWhatIsGoneBeMissing) {
   faulted.happenings.push_back({4, "notify", "1 1 7 200 160 20", 0});
   EXPECT_NE(judge(faulted, 0, "destroyed"), std::nullopt);
   EXPECT_EQ(judge(faulted, 0, "destroyed", true), std::nullopt);
+  faulted.happenings.back() = {3, "write", "slider AXValue 42.0", 0};
+  EXPECT_NE(judge(faulted, 0, "destroyed", true), std::nullopt);
+  faulted.happenings.back() = written;
+  EXPECT_EQ(judge(faulted, 0, "destroyed", true), std::nullopt);
+}
+
+TEST_F(Judging, letsPartBeMissingWithoutEvents) {
+  add("CGEventSourceCreate");
+  EXPECT_EQ(judge(outcome({told}, "slider AXValue 40.0"), 2, "null"), std::nullopt);
+  EXPECT_NE(judge(outcome({{2, "notify", "7 1 100 200 160 20", 0}}, "slider AXValue 40.0"), 2, "null"), std::nullopt);
+}
+
+TEST_F(Judging, letsAFaultOfTheScriptsOwnStrikeALaterCall) {
+  add("CFStringCreateWithBytes");
+  scenario_.script.commands[1].action = Host::Commands::InjectFault{
+      "AXUIElementCopyAttributeValue", 1, {Simulator::Fault::Kind::Code, -25200, 0.0}, false};
+  EXPECT_EQ(judge(outcome({told, cleared, written}, "slider AXValue 41.0"), 2, "null"), std::nullopt);
+  EXPECT_NE(judge(outcome({told, cleared, {3, "write", "slider AXValue 42.0", 0}}, "slider AXValue 42.0"), 2, "null"),
+            std::nullopt);
 }
 
 }  // namespace

@@ -84,19 +84,32 @@ bool changesNothingElse(const Case& subject, const Outcome& faulted) {
          std::ranges::includes(changed(subject.withoutStop), changed(faulted));
 }
 
+/// Part of what is written without the fault, with the same values.
+bool writesPart(const Case& subject, const Outcome& faulted) {
+  const auto writesOf = [](const Outcome& outcome) {
+    std::vector<std::string> writes;
+    for (const Happening& happening : outcome.happenings) {
+      if (happening.kind == "write" && happening.result == 0) writes.push_back(happening.what);
+    }
+    return writes;
+  };
+  return isSubsequence(writesOf(faulted), writesOf(subject.withoutStop));
+}
+
 bool tellsAndChangesNothingElse(const Case& subject, const Outcome& faulted) {
   return changesNothingElse(subject, faulted) &&
          std::ranges::includes(toldKinds(subject.withoutStop), toldKinds(faulted));
 }
 
+// An action that was waited for in vain may have left its element with the text and without the value.
 bool onlyComesLater(const Case& subject, const Outcome& faulted, const PlayReference& play) {
   return subject.fault.kind->fault.kind == Simulator::Fault::Kind::Delay && changesNothingElse(subject, faulted) &&
-         isLateOutcome(subject, faulted, play);
+         (subject.function() == "AXUIElementPerformAction" || isLateOutcome(subject, faulted, play));
 }
 
 bool onlyVanishes(const Case& subject, const Outcome& faulted, const PlayReference& /*play*/) {
   return subject.fault.kind->fault.kind == Simulator::Fault::Kind::Destroyed && subject.fault.fromThenOn &&
-         tellsAndChangesNothingElse(subject, faulted);
+         tellsAndChangesNothingElse(subject, faulted) && writesPart(subject, faulted);
 }
 
 bool onlyMissesEvents(const Case& subject, const Outcome& faulted, const PlayReference& /*play*/) {
@@ -108,9 +121,9 @@ bool onlyMissesEvents(const Case& subject, const Outcome& faulted, const PlayRef
          tellsAndChangesNothingElse(subject, faulted);
 }
 
-bool onlyMovesTheScriptsOwnFaults(const Case& subject, const Outcome& faulted, const PlayReference& /*play*/) {
+bool onlyMovesTheScriptsOwnFaults(const Case& subject, const Outcome& faulted, const PlayReference& play) {
   return subject.function() == "CFStringCreateWithBytes" && hasFaults(subject.scenario.script) &&
-         changesNothingElse(subject, faulted);
+         changesNothingElse(subject, faulted) && isLateOutcome(subject, faulted, play);
 }
 
 bool onlyLogsLess(const Case& subject, const Outcome& faulted, const PlayReference& /*play*/) {

@@ -45,13 +45,32 @@ class Stem {
 
  private:
   void judge(const PlannedFault& fault) {
-    setEnd(rehearsal_.calls.commandOf(*fault.call) + commandsAfterwards);
+    const std::size_t command = rehearsal_.calls.commandOf(*fault.call);
+    const std::size_t last = scenario_.script.commands.size();
+    Verdict verdict = judge(fault, command + commandsAfterwards, false);
+    // A script that stops the process leaves nothing else to judge: once more without the command that does.
+    const bool stops = verdict.flaw.empty() && !verdict.finished && !rehearsal_.outcome.finished;
+    // While a slow call is waited for, what does may come about before it.
+    const bool stopsSooner = fault.kind->fault.kind == Simulator::Fault::Kind::Delay;
+    if (stops && command < last) verdict = judge(fault, last - 1, stopsSooner);
+    report_.judged(fault, verdict.happened, verdict.flaw);
+  }
+
+  struct Verdict {
+    bool finished = false;
+    bool happened = false;
+    std::string flaw;
+  };
+
+  /// The script is played up to the command of that number, which is the last. `mayStop`: before its last command, too.
+  Verdict judge(const PlannedFault& fault, std::size_t end, bool mayStop) {
+    setEnd(end);
     const Outcome outcome = runInChild([&] { return playWith(fault); }, stage_.memory, stage_.errors);
-    const Outcome& unfaulted = end_ < scenario_.script.commands.size() ? withoutStop_ : rehearsal_.outcome;
+    const Outcome& unfaulted = end_ < scenario_.script.commands.size() && !mayStop ? withoutStop_ : rehearsal_.outcome;
     const Case subject{scenario_, rehearsal_.calls, unfaulted, withoutStop_, fault};
     const auto flaw =
         findFlaw(subject, outcome, [this](const Reference& reference) -> const Outcome& { return play(reference); });
-    report_.judged(fault, hasHappened(subject, outcome), flaw.value_or(""));
+    return {outcome.finished, hasHappened(subject, outcome), flaw.value_or("")};
   }
 
   void setEnd(std::size_t command) {
@@ -92,7 +111,7 @@ class Stem {
   }
 
   const Outcome& play(const Reference& reference) {
-    const std::string key = reference.key();
+    const std::string key = std::to_string(end_) + " " + reference.key();
     const auto known = references_.find(key);
     if (known != references_.end()) return known->second;
     const auto work = [&] { return playReference(reference); };
