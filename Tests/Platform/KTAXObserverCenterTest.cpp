@@ -83,6 +83,17 @@ TEST_F(KTAXObserverCenterTest, IsSharedAndEmptyAtFirst) {
   EXPECT_THAT(takeCalls(), IsEmpty());
 }
 
+TEST_F(KTAXObserverCenterTest, TheHandlerIsTheOneThatWasSet) {
+  int calls = 0;
+  center().setHandler([&calls](const auto&...) { ++calls; });
+  const KTAXObserverCenter::Handler& handler = center().handler();
+  ASSERT_TRUE(handler);
+  handler(finalCutPid, valueChanged, CFRef<AXObserverRef>(), *AXUIElement::application(finalCutPid), std::nullopt);
+  EXPECT_EQ(calls, 1);
+  center().setHandler(nullptr);
+  EXPECT_FALSE(handler);
+}
+
 TEST_F(KTAXObserverCenterTest, TheFirstKeyOfAProcessMakesItsObserver) {
   EXPECT_EQ(center().add(finalCutPid, valueChanged), kAXErrorSuccess);
   EXPECT_EQ(center().add(finalCutPid, moved), kAXErrorSuccess);

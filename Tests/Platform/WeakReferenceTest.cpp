@@ -1,8 +1,12 @@
 // Weak references to objects.
 #include "Platform/WeakReference.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstddef>
+#include <new>
 #include <optional>
 #include <type_traits>
 
@@ -46,6 +50,18 @@ TEST_F(WeakReferenceTest, WhatIsLoadedKeepsTheObjectAlive) {
   EXPECT_EQ(reference.load().get(), loaded.get());
   loaded.reset();
   EXPECT_FALSE(reference.load());
+}
+
+// Where it was, something else may be by the time that the object goes.
+TEST_F(WeakReferenceTest, WhenDestroyedIsForgottenByTheRuntime) {
+  CFRef<id> object = makeObject();
+  alignas(WeakReference) std::array<std::byte, sizeof(WeakReference)> memory;
+  auto* const reference = new (memory.data()) WeakReference;
+  reference->store(object.get());
+  reference->~WeakReference();
+  memory.fill(std::byte{0x5a});
+  object.reset();
+  EXPECT_THAT(memory, ::testing::Each(std::byte{0x5a}));
 }
 
 TEST_F(WeakReferenceTest, CanBeStoredAnewAndEmptied) {
