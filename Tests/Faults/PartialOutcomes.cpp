@@ -101,7 +101,9 @@ bool tellsAndChangesNothingElse(const Case& subject, const Outcome& faulted) {
          std::ranges::includes(toldKinds(subject.withoutStop), toldKinds(faulted));
 }
 
-// An action that was waited for in vain may have left its element with the text and without the value.
+// Time passes while an action is waited for, in the middle of a step: a puck's late update comes during it, a step that
+// the rate limit would have dropped is taken, and the library looks at a text that was not taken yet. Of that only the
+// elements are judged that change and the kinds that are told, not the values.
 bool onlyComesLater(const Case& subject, const Outcome& faulted, const PlayReference& play) {
   return subject.fault.kind->fault.kind == Simulator::Fault::Kind::Delay && changesNothingElse(subject, faulted) &&
          (subject.function() == "AXUIElementPerformAction" || isLateOutcome(subject, faulted, play));

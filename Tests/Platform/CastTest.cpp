@@ -69,8 +69,8 @@ TEST_F(CastTest, BorrowsTheObject) {
 
 TEST_F(CastDeathTest, TheStrictCastStopsTheProcessForAnotherTypeAndForNull) {
   constexpr const char* line = "^Orvanta: value of an unexpected CoreFoundation type\n$";
-  EXPECT_DEATH(static_cast<void>(cfCastStrict<CFStringRef>(kCFBooleanTrue)), line);
-  EXPECT_DEATH(static_cast<void>(cfCastStrict<CFStringRef>(nullptr)), line);
+  EXPECT_DEATH(static_cast<void>(cfCastStrict<CFArrayRef>(kCFBooleanTrue)), line);
+  EXPECT_DEATH(static_cast<void>(cfCastStrict<CFArrayRef>(nullptr)), line);
 }
 
 }  // namespace

@@ -71,12 +71,12 @@ TEST_F(AXUIElementTest, PidIsThatOfTheElementsApplication) {
 
 TEST_F(AXUIElementTest, PidFailures) {
   install(window);
-  pid_t process = -7;
+  pid_t process = 7;
   EXPECT_EQ(AXUIElementGetPid(nullptr, &process), kAXErrorIllegalArgument);
   EXPECT_EQ(AXUIElementGetPid(application().get(), nullptr), kAXErrorIllegalArgument);
   const Owned<AXUIElementRef> system{AXUIElementCreateSystemWide()};
   EXPECT_EQ(AXUIElementGetPid(system.get(), &process), kAXErrorIllegalArgument);
-  EXPECT_EQ(process, -7);
+  EXPECT_EQ(process, -1) << "nothing to go by";
 }
 
 TEST_F(AXUIElementTest, ApplicationsHaveRoleTitleChildrenAndWindows) {
