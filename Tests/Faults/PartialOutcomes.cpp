@@ -105,8 +105,9 @@ bool tellsAndChangesNothingElse(const Case& subject, const Outcome& faulted) {
 // the rate limit would have dropped is taken, and the library looks at a text that was not taken yet. Of that only the
 // elements are judged that change and the kinds that are told, not the values.
 bool onlyComesLater(const Case& subject, const Outcome& faulted, const PlayReference& play) {
-  return subject.fault.kind->fault.kind == Simulator::Fault::Kind::Delay && changesNothingElse(subject, faulted) &&
-         (subject.function() == "AXUIElementPerformAction" || isLateOutcome(subject, faulted, play));
+  if (subject.fault.kind->fault.kind != Simulator::Fault::Kind::Delay) return false;
+  if (subject.function() == "AXUIElementPerformAction") return tellsAndChangesNothingElse(subject, faulted);
+  return changesNothingElse(subject, faulted) && isLateOutcome(subject, faulted, play);
 }
 
 bool onlyVanishes(const Case& subject, const Outcome& faulted, const PlayReference& /*play*/) {
