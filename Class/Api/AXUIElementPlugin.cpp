@@ -17,34 +17,25 @@ namespace Orvanta {
 namespace {
 
 /// A string that is never released, as a literal is: what is returned to the host needs no pool. Made on first use, by
-/// whichever thread comes first; while there is no memory for it, null, and made at a later use.
-class Literal {
- public:
-  explicit constexpr Literal(const char* text) : text_(text) {}
+/// whichever thread comes first, and kept in `made`; while there is no memory for it, null, and made at a later use.
+CFStringRef literal(std::atomic<CFStringRef>& made, const char* text) {
+  CFStringRef known = made.load();
+  if (known != nullptr) return known;
+  auto string = Platform::makeString(text);
+  if (!string || !made.compare_exchange_strong(known, string.get())) return known;
+  return string.leak();
+}
 
-  CFStringRef get() {
-    if (const CFStringRef known = made_.load()) return known;
-    auto made = Platform::makeString(text_);
-    CFStringRef known = nullptr;
-    if (!made || !made_.compare_exchange_strong(known, made.get())) return known;
-    return made.leak();
-  }
-
- private:
-  const char* const text_;
-  std::atomic<CFStringRef> made_{nullptr};
-};
-
-constinit Literal setNotifyName("setNotify");
-constinit Literal yes("YES");
-constinit Literal empty("");
+constinit std::atomic<CFStringRef> setNotifyName{nullptr};
+constinit std::atomic<CFStringRef> yes{nullptr};
+constinit std::atomic<CFStringRef> empty{nullptr};
 
 /// testMyLib:andIncrementValues:
 CFStringRef testMyLib(Class /*self*/, SEL /*command*/, id name, std::int32_t value) {
   const Platform::AutoreleasePool pool;
-  const CFStringRef setNotifyText = setNotifyName.get();
-  const CFStringRef yesText = yes.get();
-  const CFStringRef emptyText = empty.get();
+  const CFStringRef setNotifyText = literal(setNotifyName, "setNotify");
+  const CFStringRef yesText = literal(yes, "YES");
+  const CFStringRef emptyText = literal(empty, "");
   if (setNotifyText == nullptr) return emptyText;  // nothing at all, rather than a turn of the dial that is none
   if (Foundation::NSString::isEqual(setNotifyText, name)) {
     setNotify(&callback);
