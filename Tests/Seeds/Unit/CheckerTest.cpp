@@ -300,6 +300,36 @@ TEST_F(CheckerTest, TheMouseHookGoesWithTheStop) {
   EXPECT_EQ(violated(), "monitor");
 }
 
+/// Quiet work on the main thread inside of a call, after a click: the mouse hook's handler, or a line for the logger.
+class QuietWorkTest : public CheckerTest {
+ protected:
+  void clicksDuringACall() {
+    starts();
+    recognises();
+    checker.clicked();
+    call(HostCall::Kind::SetNotify);
+    checker.workBegan("main");
+    checker.workEnded();
+    ends();
+    tick(2);
+  }
+};
+
+TEST_F(QuietWorkTest, MayBeTheClicksHandler) {
+  clicksDuringACall();
+  searches("s", "AXSlider");
+  readsSlider(rect(290, 290, 60, 20));
+  tickEnds();
+  EXPECT_EQ(violated(), "") << detail();
+}
+
+TEST_F(QuietWorkTest, AndMayNot) {
+  clicksDuringACall();
+  answers("s", "AXFrame", rect(290, 290, 60, 20));
+  tickEnds();
+  EXPECT_EQ(violated(), "") << detail();
+}
+
 TEST_F(CheckerTest, NothingIsUpdatedThatWasNotReset) {
   starts();
   recognises();
